@@ -1,0 +1,18 @@
+# Warnings are errors on both g++ and clang++.
+add_compile_options(-Wall -Wextra -Werror)
+
+if(HALYARD_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer
+                      -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# halyard_layer(NAME KIND DIR LINKS...) builds one layer from every .cpp under
+# DIR, so that adding a source file needs no edit here.
+function(halyard_layer name kind dir)
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${dir}/*.cpp)
+  list(FILTER srcs EXCLUDE REGEX ".*/main\\.cpp$")
+  add_library(${name} ${kind} ${srcs})
+  target_include_directories(${name} PUBLIC ${HALYARD_ROOT})
+  target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()

@@ -1,0 +1,7 @@
+#include "platform/vesper/Version.h"
+
+namespace Vesper {
+
+const char* runtimeName() { return "vesper"; }
+
+}  // namespace Vesper
