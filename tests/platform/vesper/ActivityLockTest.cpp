@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+#include "platform/vesper/ActivityLock.h"
+
+namespace {
+
+using Vesper::ActivityLock;
+using Vesper::ActivityLockGuard;
+using Vesper::ActivityUnlockAnchor;
+using Vesper::UnlockAnchor;
+
+// True if another thread can take and give back `lock` right now.
+bool otherThreadCanTake( ActivityLock& lock ) {
+   std::atomic<bool> took = false;
+   std::thread other( [&] {
+      lock.lock();
+      took = lock.held();
+      lock.unlock();
+   } );
+   other.join();
+   return took;
+}
+
+TEST( ActivityLockTest, GuardTakesTheProcessLockForItsScope ) {
+   ActivityLock& lock = ActivityUnlockAnchor::lock();
+   EXPECT_EQ( &lock, &ActivityUnlockAnchor::lock() );
+   EXPECT_FALSE( lock.held() );
+   {
+      ActivityLockGuard guard;
+      EXPECT_TRUE( lock.held() );
+      std::atomic<bool> heldElsewhere = true;
+      std::thread( [&] { heldElsewhere = lock.held(); } ).join();
+      EXPECT_FALSE( heldElsewhere ) << "held() answers for the calling thread only";
+   }
+   EXPECT_FALSE( lock.held() );
+   EXPECT_TRUE( otherThreadCanTake( lock ) );
+}
+
+TEST( ActivityLockTest, UnlockAnchorReleasesForItsScopeAndTakesBack ) {
+   ActivityLockGuard guard;
+   ActivityLock& lock = ActivityUnlockAnchor::lock();
+   {
+      UnlockAnchor anchor( lock );
+      EXPECT_FALSE( lock.held() );
+      EXPECT_TRUE( otherThreadCanTake( lock ) );
+   }
+   EXPECT_TRUE( lock.held() );
+}
+
+TEST( ActivityLockTest, UnlockAnchorTakesBackWhenAnExceptionPasses ) {
+   ActivityLockGuard guard;
+   ActivityLock& lock = ActivityUnlockAnchor::lock();
+   bool releasedInside = false;
+   EXPECT_THROW(
+       {
+          UnlockAnchor anchor( lock );
+          releasedInside = !lock.held();
+          throw std::runtime_error( "sdk call failed" );
+       },
+       std::runtime_error );
+   EXPECT_TRUE( releasedInside );
+   EXPECT_TRUE( lock.held() );
+}
+
+// Other tests of this binary start threads: re-run the child from the start.
+class ActivityLockDeathTest : public ::testing::Test {
+ protected:
+   void SetUp() override { GTEST_FLAG_SET( death_test_style, "threadsafe" ); }
+};
+
+TEST_F( ActivityLockDeathTest, UnlockWithoutHoldingStops ) {
+   ActivityLock lock;
+   EXPECT_DEATH( lock.unlock(), "Assertion `held\\(\\)' failed" );
+}
+
+TEST_F( ActivityLockDeathTest, UnlockAnchorWithoutHoldingStops ) {
+   ActivityLock lock;
+   EXPECT_DEATH( UnlockAnchor anchor( lock ), "Assertion `held\\(\\)' failed" );
+}
+
+TEST_F( ActivityLockDeathTest, TakingTwiceOnOneThreadStops ) {
+   ActivityLock lock;
+   lock.lock();
+   EXPECT_DEATH( lock.lock(), "Assertion `!held\\(\\)' failed" );
+   lock.unlock();
+}
+
+}  // namespace

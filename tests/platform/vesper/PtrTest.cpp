@@ -1,0 +1,202 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "platform/vesper/Ptr.h"
+#include "platform/vesper/Type.h"
+
+namespace {
+
+using Vesper::BackPtr;
+using Vesper::Ptr;
+using Vesper::PtrInterface;
+
+// Counts its destructions in a counter the test owns.
+class Counted : public PtrInterface {
+ public:
+   explicit Counted( int* destroyed ) : destroyed_( destroyed ) {}
+   ~Counted() override { ++*destroyed_; }
+   int value = 0;
+
+ private:
+   int* destroyed_;
+};
+
+class Derived : public Counted {
+ public:
+   using Counted::Counted;
+};
+
+class PtrTest : public ::testing::Test {
+ protected:
+   int destroyed_ = 0;
+};
+
+TEST_F( PtrTest, CopiesCountAndTheLastOneDestroys ) {
+   Ptr<Counted> a( new Counted( &destroyed_ ) );
+   EXPECT_EQ( a->references(), 1u );
+   EXPECT_FALSE( a->hasNotificationActive() ) << "a new object starts with notifications off";
+   {
+      Ptr<Counted> b = a;
+      EXPECT_EQ( a->references(), 2u );
+      Ptr<Counted> c = std::move( b );
+      EXPECT_EQ( a->references(), 2u ) << "a move does not count";
+      EXPECT_FALSE( b );
+      EXPECT_EQ( c, a );
+   }
+   EXPECT_EQ( a->references(), 1u );
+   EXPECT_EQ( destroyed_, 0 );
+   a = nullptr;
+   EXPECT_EQ( destroyed_, 1 );
+   EXPECT_EQ( a, nullptr );
+}
+
+TEST_F( PtrTest, AssigningToItselfKeepsTheCount ) {
+   Ptr<Counted> a( new Counted( &destroyed_ ) );
+   Ptr<Counted>& alias = a;
+   a = alias;
+   EXPECT_EQ( a->references(), 1u );
+   EXPECT_EQ( destroyed_, 0 );
+   a = std::move( alias );
+   ASSERT_TRUE( a );
+   EXPECT_EQ( a->references(), 1u );
+   EXPECT_EQ( destroyed_, 0 );
+}
+
+TEST_F( PtrTest, AssignmentTakesTheNewBeforeDroppingTheOld ) {
+   Ptr<Counted> a( new Counted( &destroyed_ ) );
+   Ptr<Counted> b( new Counted( &destroyed_ ) );
+   Counted* first = a.ptr();
+   a = b;
+   EXPECT_EQ( destroyed_, 1 ) << "the first object had no other holder";
+   EXPECT_EQ( b->references(), 2u );
+   EXPECT_NE( a.ptr(), first );
+}
+
+TEST_F( PtrTest, ConvertsDerivedToBaseAndToConst ) {
+   Ptr<Derived> d( new Derived( &destroyed_ ) );
+   Ptr<Counted> base = d;
+   Ptr<const Counted> constBase = base;
+   Ptr<const PtrInterface> root = constBase;
+   EXPECT_EQ( d->references(), 4u );
+   EXPECT_EQ( root, d );
+   EXPECT_EQ( Vesper::ptrDynamicCast<Derived>( base ), d );
+   EXPECT_EQ( d->references(), 4u );
+   Ptr<Counted> moved = std::move( d );
+   EXPECT_EQ( moved->references(), 4u ) << "a converting move does not count";
+   EXPECT_FALSE( d );
+   moved = nullptr;
+   base = nullptr;
+   constBase = nullptr;
+   EXPECT_EQ( destroyed_, 0 );
+   root = nullptr;
+   EXPECT_EQ( destroyed_, 1 );
+}
+
+TEST_F( PtrTest, BackPtrDoesNotCount ) {
+   Ptr<Counted> owner( new Counted( &destroyed_ ) );
+   BackPtr<Counted> back = owner;
+   BackPtr<const Counted> constBack = back;
+   EXPECT_EQ( owner->references(), 1u );
+   EXPECT_EQ( back, owner.ptr() );
+   EXPECT_EQ( constBack.ptr(), owner.ptr() );
+   back->value = 7;
+   EXPECT_EQ( owner->value, 7 );
+   EXPECT_FALSE( BackPtr<Counted>() );
+}
+
+TEST_F( PtrTest, ZeroReferencesIsCanBeOverridden ) {
+   // An object that parks itself at zero instead of dying (a pool would).
+   struct Parked : PtrInterface {
+      bool parked = false;
+      void zeroReferencesIs( bool zero ) override { parked = zero; }
+   };
+   Parked object;
+   { Ptr<Parked> p( &object ); }
+   EXPECT_TRUE( object.parked );
+   EXPECT_EQ( object.references(), 0u );
+}
+
+// Restores the process-wide switch after each test.
+class ThreadSafePtrTest : public PtrTest {
+ protected:
+   void SetUp() override { Vesper::threadSafePointers_ = true; }
+   void TearDown() override { Vesper::threadSafePointers_ = false; }
+};
+
+TEST_F( ThreadSafePtrTest, TwoThreadsCopyingKeepTheCountExact ) {
+   Ptr<Counted> shared( new Counted( &destroyed_ ) );
+   constexpr int copies = 20000;
+   auto copyMany = [&] {
+      std::vector<Ptr<Counted> > held;
+      held.reserve( 64 );
+      for ( int i = 0; i < copies; ++i ) {
+         held.push_back( shared );
+         if ( held.size() == 64 ) {
+            held.clear();
+         }
+      }
+   };
+   std::thread one( copyMany );
+   std::thread two( copyMany );
+   one.join();
+   two.join();
+   EXPECT_EQ( shared->references(), 1u );
+   EXPECT_EQ( destroyed_, 0 );
+   shared = nullptr;
+   EXPECT_EQ( destroyed_, 1 );
+}
+
+class PtrDeathTest : public PtrTest {
+ protected:
+   void SetUp() override { GTEST_FLAG_SET( death_test_style, "threadsafe" ); }
+};
+
+TEST_F( PtrDeathTest, DestroyingAReferencedObjectStops ) {
+   EXPECT_DEATH(
+       {
+          auto* held = new Counted( &destroyed_ );
+          held->newRef();
+          delete held;
+       },
+       "Assertion `refCount_ == 0' failed" );
+}
+
+// Allocation tracking by type.
+class Tracked : public PtrInterface {
+   VESPER_FWK_TYPE( "Test::Tracked" )
+   char payload[24] = {};
+};
+
+class TrackedChild : public Tracked {
+ public:
+   char more[40] = {};
+};
+
+TEST( TypeTest, CountersFollowAllocationsByType ) {
+   const Vesper::Type& type = Tracked::fwkTypeStatic();
+   EXPECT_EQ( type.name(), "Test::Tracked" );
+   EXPECT_EQ( Vesper::Type::find( "Test::Tracked" ), &type );
+   const auto allocationsBefore = type.allocations();
+   const auto liveBefore = type.liveObjects();
+   const auto bytesBefore = type.liveBytes();
+
+   Ptr<Tracked> a( new Tracked );
+   EXPECT_EQ( &a->fwkType(), &type );
+   Ptr<Tracked> b( new TrackedChild );
+   EXPECT_EQ( &b->fwkType(), &type ) << "a subclass without its own record counts as its base";
+   EXPECT_EQ( type.liveObjects(), liveBefore + 2 );
+   EXPECT_EQ( type.allocations(), allocationsBefore + 2 );
+   EXPECT_EQ( type.liveBytes(), bytesBefore + sizeof( Tracked ) + sizeof( TrackedChild ) );
+
+   b = nullptr;
+   EXPECT_EQ( type.liveObjects(), liveBefore + 1 );
+   EXPECT_EQ( type.allocations(), allocationsBefore + 2 );
+   EXPECT_EQ( type.liveBytes(), bytesBefore + sizeof( Tracked ) );
+   a = nullptr;
+   EXPECT_EQ( type.liveObjects(), liveBefore );
+   EXPECT_EQ( type.liveBytes(), bytesBefore );
+}
+
+}  // namespace

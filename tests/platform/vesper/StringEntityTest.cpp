@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <unordered_set>
+
+#include "platform/vesper/Entity.h"
+#include "platform/vesper/Exception.h"
+
+namespace {
+
+using Vesper::Entity;
+using Vesper::Name;
+using Vesper::Ptr;
+using Vesper::String;
+
+TEST( StringTest, CopiesShareTheTextAndCompareByValue ) {
+   const String a( std::string( "Ethernet1" ) );
+   const String b = a;
+   EXPECT_EQ( a.c_str(), b.c_str() ) << "a copy shares the characters";
+   const String c( "Ethernet1" );
+   EXPECT_NE( a.c_str(), c.c_str() );
+   EXPECT_EQ( a, c );
+   EXPECT_EQ( a, "Ethernet1" );
+   EXPECT_EQ( "Ethernet1", a );
+   EXPECT_EQ( a, std::string( "Ethernet1" ) );
+   EXPECT_NE( a, "Ethernet2" );
+   EXPECT_LT( a, String( "Ethernet2" ) );
+   EXPECT_LT( a, "Ethernet2" );
+   EXPECT_GT( a, "Ethernet" );
+   EXPECT_EQ( Name( "x" ), String( "x" ) );
+   const std::string back = a;
+   EXPECT_EQ( back, "Ethernet1" );
+}
+
+TEST( StringTest, EmptyTextHoldsNothing ) {
+   const String empty;
+   EXPECT_TRUE( empty.empty() );
+   EXPECT_EQ( empty, "" );
+   EXPECT_EQ( String( "" ), empty );
+   EXPECT_EQ( empty.size(), 0u );
+   EXPECT_STREQ( empty.c_str(), "" );
+}
+
+TEST( StringTest, HashesAndStreams ) {
+   EXPECT_EQ( String( "acl" ).hash(), Vesper::textHash( "acl" ) );
+   EXPECT_NE( String( "acl" ).hash(), String( "aCl" ).hash() );
+   std::unordered_set<Name> names = { Name( "a" ), Name( "b" ), Name( "a" ) };
+   EXPECT_EQ( names.size(), 2u );
+   std::ostringstream os;
+   os << Name( "halyard" ) << '/' << String( "acl" );
+   EXPECT_EQ( os.str(), "halyard/acl" );
+}
+
+// An entity that records its hook calls and may claim backup support.
+class Node : public Entity {
+ public:
+   Node( Name name, Vesper::BackPtr<Entity> parent = nullptr, Name attr = Name(),
+         bool backup = false )
+       : Entity( std::move( name ), parent, std::move( attr ) ), backup_( backup ) {}
+   void handleParent() override { ++parentChanges; }
+   bool hasBackupSupport() const override { return backup_; }
+   int parentChanges = 0;
+
+ private:
+   bool backup_;
+};
+
+TEST( EntityTest, NamesParentsAndChildren ) {
+   Node root( "halyard" );
+   Ptr<Node> child( new Node( "aclSm", &root, "aclSmEntity" ) );
+   Node grandchild( "vfp", child.ptr(), "vfpAclTypeForPort" );
+
+   EXPECT_EQ( root.fullName(), "halyard" );
+   EXPECT_EQ( grandchild.fullName(), "halyard/aclSm/vfp" );
+   EXPECT_EQ( child->parent(), &root );
+   EXPECT_EQ( child->parentAttrName(), "aclSmEntity" );
+   EXPECT_EQ( root.entity( "aclSm" ), child.ptr() );
+   EXPECT_EQ( root.entity( "vfp" ), nullptr ) << "only direct children";
+   EXPECT_EQ( child->references(), 1u ) << "the parent does not count its children";
+   EXPECT_EQ( root.fwkType().name(), "Vesper::Entity" );
+}
+
+TEST( EntityTest, ParentIsMovesTheChildAndRunsTheHook ) {
+   Node first( "first" ), second( "second" );
+   Node child( "child", &first, "a" );
+   EXPECT_EQ( child.parentChanges, 0 ) << "construction is not a change of parent";
+   child.parentIs( &second, "b" );
+   EXPECT_EQ( child.parentChanges, 1 );
+   EXPECT_EQ( first.entity( "child" ), nullptr );
+   EXPECT_EQ( second.entity( "child" ), &child );
+   EXPECT_EQ( child.fullName(), "second/child" );
+   EXPECT_EQ( child.parentAttrName(), "b" );
+   child.parentIs( nullptr, Name() );
+   EXPECT_EQ( child.fullName(), "child" );
+   EXPECT_EQ( second.entity( "child" ), nullptr );
+}
+
+TEST( EntityTest, ChildrenOutlivingTheirParentBecomeRoots ) {
+   auto parent = std::make_unique<Node>( "parent" );
+   Node child( "child", parent.get(), "a" );
+   parent.reset();
+   EXPECT_FALSE( child.parent() );
+   EXPECT_EQ( child.fullName(), "child" );
+}
+
+TEST( EntityTest, NameFromBackupNeedsBackupSupport ) {
+   Node plain( "plain" );
+   try {
+      plain.nameIsFromBackup( "restored" );
+      FAIL() << "no exception";
+   } catch ( const Vesper::Exception& e ) {
+      EXPECT_STREQ( e.what(), "entity plain has no backup support to restore name restored from" );
+   }
+   EXPECT_EQ( plain.name(), "plain" );
+   Node backed( "backed", nullptr, Name(), true );
+   backed.nameIsFromBackup( "restored" );
+   EXPECT_EQ( backed.name(), "restored" );
+}
+
+}  // namespace
