@@ -1,0 +1,173 @@
+// The smaller Halyard values: ports, UDF data, qualifier lists, range
+// checker keys, a rule's UDF map, and the constants.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "platform/halyard/AclRuleUdfData.h"
+#include "platform/halyard/HalyardConstants.h"
+#include "platform/halyard/HalyardPort.h"
+#include "platform/halyard/RangeCheckerDesc.h"
+#include "tests/platform/vocab/VocabTestUtil.h"
+
+namespace {
+
+using Halyard::AclRuleUdfData;
+using Halyard::QualIdList;
+using Halyard::RangeCheckerDesc;
+using Halyard::UdfData;
+using HalyardTypes::HalyardPort;
+
+TEST( HalyardPortTest, PacksUnitLowAndPortHigh ) {
+   HalyardPort p( 3, 0x1234 );
+   EXPECT_EQ( 0x12340003u, p.value() );
+   EXPECT_EQ( 3u, p.unit() );
+   EXPECT_EQ( 0x1234u, p.port() );
+   EXPECT_EQ( p, HalyardPort::fromValue( 0x12340003u ) );
+   HalyardPort edge( 0xFFFF, 0xFFFF );
+   EXPECT_EQ( 0xFFFFFFFFu, edge.value() );
+   VocabTest::expectThrowText<Vesper::RangeException>( [] { HalyardPort( 0x10000, 0 ); },
+                                                       "HalyardPort::unit > 0xFFFF not allowed" );
+   VocabTest::expectThrowText<Vesper::RangeException>( [] { HalyardPort( 0, 0x10000 ); },
+                                                       "HalyardPort::port > 0xFFFF not allowed" );
+}
+
+TEST( HalyardPortTest, OrdersByUnitThenPortAndRoundTripsText ) {
+   // Unit 0 port 9 packs above unit 1 port 1, yet sorts before it.
+   EXPECT_LT( HalyardPort( 0, 9 ), HalyardPort( 1, 1 ) );
+   EXPECT_LT( HalyardPort( 1, 1 ), HalyardPort( 1, 2 ) );
+   HalyardPort p( 1, 52 );
+   EXPECT_EQ( "Value('HalyardTypes::HalyardPort', ** {'unit': 1, 'port': 52})", valueToStrep( p ) );
+   EXPECT_EQ( p, HalyardTypes::strepToValue<HalyardPort>( valueToStrep( p ) ) );
+}
+
+TEST( UdfDataTest, TextHasTheStatedFormAndRoundTrips ) {
+   UdfData data( Halyard::udfOffsetBaseL3Payload, 6, 0x1234, 0xFFFF, 17 );
+   std::string text = valueToStrep( data );
+   EXPECT_EQ(
+       "Value('Halyard::UdfData', ** {'base': udfOffsetBaseL3Payload, 'offset': 6, "
+       "'pattern': 4660, 'mask': 65535, 'proto': 17})",
+       text );
+   EXPECT_EQ( data, Halyard::strepToValue<UdfData>( text ) );
+   EXPECT_EQ( UdfData(), Halyard::strepToValue<UdfData>( valueToStrep( UdfData() ) ) );
+}
+
+TEST( UdfDataTest, EqualityCoversAllFiveFields ) {
+   UdfData base( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 5 );
+   EXPECT_EQ( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 5 ) );
+   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Payload, 2, 3, 4, 5 ) );
+   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 9, 3, 4, 5 ) );
+   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 9, 4, 5 ) );
+   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 9, 5 ) );
+   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 9 ) );
+}
+
+TEST( UdfDataTest, OutOfRangeFieldIsNamed ) {
+   std::string message = VocabTest::parseErrorText( [] {
+      Halyard::strepToValue<UdfData>(
+          "Value('Halyard::UdfData', ** {'base': udfOffsetBaseNone, 'offset': 65536, "
+          "'pattern': 0, 'mask': 0, 'proto': 0})" );
+   } );
+   EXPECT_NE( std::string::npos, message.find( "attribute \"offset\" from '65536'" ) ) << message;
+}
+
+TEST( QualIdListTest, IsASetWhateverTheOrderOfInsertion ) {
+   QualIdList a{ 7, 1, 7 };
+   QualIdList b;
+   b.qualIdIs( 1 );
+   b.qualIdIs( 7 );
+   EXPECT_EQ( a, b );
+   EXPECT_EQ( 2u, a.size() );
+   EXPECT_EQ( a.hash(), b.hash() );
+   // Pinned: Python oaat (see HalyardAclTypeDirectionFeatureTest) over the
+   // ids 1, 7 as little-endian 32-bit words.
+   EXPECT_EQ( 0xcf36f09eu, a.hash() );
+   a.qualIdDel( 1 );
+   EXPECT_FALSE( a.qualIdHas( 1 ) );
+   EXPECT_TRUE( a.qualIdHas( 7 ) );
+   EXPECT_NE( a, b );
+   EXPECT_LT( b, a );  // [1, 7] < [7]
+}
+
+TEST( QualIdListTest, TextRoundTrips ) {
+   QualIdList list{ 42, 3 };
+   EXPECT_EQ( "Value('Halyard::QualIdList', ** {'qualId': [3, 42]})", valueToStrep( list ) );
+   EXPECT_EQ( list, Halyard::strepToValue<QualIdList>( valueToStrep( list ) ) );
+   EXPECT_EQ( QualIdList(), Halyard::strepToValue<QualIdList>( valueToStrep( QualIdList() ) ) );
+}
+
+TEST( RangeCheckerDescTest, HashIsPinnedOverThreeWords ) {
+   // Pinned: Python oaat (see HalyardAclTypeDirectionFeatureTest) over
+   // low, high, type as little-endian 32-bit words.
+   EXPECT_EQ( 0xe31dbcfbu, RangeCheckerDesc( 1024, 65535, Halyard::rangeCheckerDstPort ).hash() );
+   EXPECT_EQ( 0x131edfe9u, RangeCheckerDesc( 80, 80, Halyard::rangeCheckerSrcPort ).hash() );
+   EXPECT_EQ( 0x8a4e8078u, RangeCheckerDesc( 64, 1500, Halyard::rangeCheckerIpLength ).hash() );
+   EXPECT_EQ( 0x100u, Halyard::rangeCheckerIpLength );
+}
+
+TEST( RangeCheckerDescTest, SameRangeOfAnotherTypeIsAnotherKey ) {
+   RangeCheckerDesc src( 1000, 2000, Halyard::rangeCheckerSrcPort );
+   RangeCheckerDesc dst( 1000, 2000, Halyard::rangeCheckerDstPort );
+   EXPECT_NE( src, dst );
+   EXPECT_NE( src.hash(), dst.hash() );
+   std::set<RangeCheckerDesc> keys{ src, dst, src };
+   EXPECT_EQ( 2u, keys.size() );
+   EXPECT_EQ( src, *keys.begin() );
+   EXPECT_EQ( dst, Halyard::strepToValue<RangeCheckerDesc>( valueToStrep( dst ) ) );
+}
+
+TEST( AclRuleUdfDataTest, AddOverwriteAndRemove ) {
+   AclRuleUdfData rule;
+   QualIdList first{ 1, 2 };
+   UdfData a( Halyard::udfOffsetBaseL3Header, 0, 0x1234, 0xFFFF, 6 );
+   UdfData b( Halyard::udfOffsetBaseL3Header, 2, 0x5678, 0xFF00, 6 );
+   rule.udfDataIs( first, a );
+   rule.udfDataIs( first, b );
+   EXPECT_EQ( 1u, rule.size() );
+   EXPECT_EQ( b, rule.udfData( first ) );
+   EXPECT_EQ( b, rule.udfDataDel( first ) );
+   EXPECT_EQ( 0u, rule.size() );
+   // Absent members read and delete as the all-zero value.
+   EXPECT_EQ( UdfData(), rule.udfDataDel( first ) );
+   EXPECT_EQ( UdfData(), rule.udfData( QualIdList{ 9 } ) );
+   rule.udfDataIs( QualIdList{ 3 }, a );
+   rule.udfDataIs( QualIdList{ 4 }, b );
+   AclRuleUdfData copy = rule;
+   EXPECT_EQ( copy, rule );
+   rule.udfDataDelAll();
+   EXPECT_EQ( 0u, rule.size() );
+   EXPECT_NE( copy, rule );
+}
+
+TEST( AclRuleUdfDataTest, PrintsItsMembers ) {
+   AclRuleUdfData rule;
+   rule.udfDataIs( QualIdList{ 5 }, UdfData( Halyard::udfOffsetBaseL2Header, 4, 1, 2, 3 ) );
+   EXPECT_EQ(
+       "Value('Halyard::AclRuleUdfData', ** {'udfData': {Value('Halyard::QualIdList', ** "
+       "{'qualId': [5]}): Value('Halyard::UdfData', ** {'base': udfOffsetBaseL2Header, "
+       "'offset': 4, 'pattern': 1, 'mask': 2, 'proto': 3})}})",
+       valueToStrep( rule ) );
+}
+
+TEST( AclRuleUdfDataDeathTest, ParsingStopsOnTheAssertion ) {
+   GTEST_FLAG_SET( death_test_style, "threadsafe" );
+   EXPECT_DEATH( Halyard::strepToValue<AclRuleUdfData>( "anything" ),
+                 "Assertion `!\"No String constructor for AclRuleUdfData - has collection\"' "
+                 "failed" );
+}
+
+TEST( HalyardConstantsTest, ClassBitsAreDistinctFlagsOfTheClassSpace ) {
+   EXPECT_EQ( 0x04u, HalyardCentral::classDropRoutedTraffic_ );
+   EXPECT_EQ( 0x08u, Halyard::classVfpAclDrop_ );
+   EXPECT_EQ( 0x10u, Halyard::classVfpAclLog_ );
+   EXPECT_EQ( 0x40u, Halyard::classSkipAcls_ );
+   EXPECT_EQ( 0xFFu, Halyard::aclIntfClassMask );
+   EXPECT_EQ( 0u, HalyardCentral::classDropRoutedTraffic_ & Halyard::classVfpAclDrop_ );
+   EXPECT_EQ( 0xFFFF, static_cast<U16>( Halyard::intfClassInvalid ) );
+   EXPECT_EQ( 8192u, 1u << Halyard::ruleNumBits );
+   EXPECT_EQ( 0u, Halyard::cpuCosqDrop_ );
+   EXPECT_EQ( 10u, Halyard::TC_ACL_LOG );
+   EXPECT_EQ( 2u, Halyard::UDF_QUAL_LENGTH );
+}
+
+}  // namespace
