@@ -4,6 +4,8 @@
 
 namespace Halyard {
 
-const char* aclLibName() { return "libHalyardAclLib"; }
+const char* aclLibName() {
+   return "libHalyardAclLib";
+}
 
 }  // namespace Halyard

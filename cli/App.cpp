@@ -25,13 +25,13 @@ struct Command {
 // not available yet is listed so that users know it is coming, and refuses
 // to run with a clear message.
 const Command kCommands[] = {
-   { "apply", "CONFIG", "program the switch; summary per unit", false },
-   { "show", "CONFIG", "the operator tables, per unit and ACL", false },
-   { "verify", "CONFIG", "read the hardware back; one line per finding", false },
-   { "trace", "CONFIG", "the field-processor command log of programming", false },
-   { "replay", "CONFIG PACKETS", "push packets through the switch", false },
-   { "bringup", "", "bring the switch up and show its hidden entries", false },
-   { "demo", "", "an example configuration on the default switch", false },
+    { "apply", "CONFIG", "program the switch; summary per unit", false },
+    { "show", "CONFIG", "the operator tables, per unit and ACL", false },
+    { "verify", "CONFIG", "read the hardware back; one line per finding", false },
+    { "trace", "CONFIG", "the field-processor command log of programming", false },
+    { "replay", "CONFIG PACKETS", "push packets through the switch", false },
+    { "bringup", "", "bring the switch up and show its hidden entries", false },
+    { "demo", "", "an example configuration on the default switch", false },
 };
 
 std::string helpText() {
@@ -42,8 +42,8 @@ std::string helpText() {
       << "commands:\n";
    for ( const auto& c : kCommands ) {
       std::string head = std::string( c.name ) + ( *c.args ? " " : "" ) + c.args;
-      os << "  " << head << std::string( head.size() < 22 ? 22 - head.size() : 1, ' ' )
-         << c.summary << ( c.available ? "" : " (not available yet)" ) << "\n";
+      os << "  " << head << std::string( head.size() < 22 ? 22 - head.size() : 1, ' ' ) << c.summary
+         << ( c.available ? "" : " (not available yet)" ) << "\n";
    }
    os << "\noptions:\n"
       << "  -h, --help            show this help\n"
@@ -54,24 +54,25 @@ std::string helpText() {
 
 }  // namespace
 
-int run( const std::vector< std::string >& args, std::ostream& out, std::ostream& err ) {
+int run( const std::vector<std::string>& args, std::ostream& out, std::ostream& err ) {
    CLI::App app{ "halyard-acl" };
    app.set_help_flag();  // help is ours, so that it can mark unavailable commands
    bool help = false;
    bool version = false;
    std::string switchProfile;
-   std::vector< std::string > rest;
+   std::vector<std::string> rest;
    app.add_flag( "-h,--help", help );
    app.add_flag( "--version", version );
    app.add_option( "--switch", switchProfile );
    app.add_option( "command", rest );
    app.allow_extras( false );
 
-   std::vector< std::string > reversed( args.rbegin(), args.rend() );
+   std::vector<std::string> reversed( args.rbegin(), args.rend() );
    try {
       app.parse( reversed );
    } catch ( const CLI::ParseError& e ) {
-      err << "halyard-acl: " << e.what() << "\n" << "try 'halyard-acl --help'\n";
+      err << "halyard-acl: " << e.what() << "\n"
+          << "try 'halyard-acl --help'\n";
       return kExitUsage;
    }
    if ( version ) {
@@ -84,8 +85,7 @@ int run( const std::vector< std::string >& args, std::ostream& out, std::ostream
    }
    for ( const auto& c : kCommands ) {
       if ( rest.front() == c.name ) {
-         err << "halyard-acl: command '" << c.name
-             << "' is not available in this build yet\n";
+         err << "halyard-acl: command '" << c.name << "' is not available in this build yet\n";
          return kExitUnavailable;
       }
    }

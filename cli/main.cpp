@@ -5,6 +5,6 @@
 #include <vector>
 
 int main( int argc, char** argv ) {
-   std::vector< std::string > args( argv + 1, argv + argc );
+   std::vector<std::string> args( argv + 1, argv + argc );
    return HalyardCli::run( args, std::cout, std::cerr );
 }

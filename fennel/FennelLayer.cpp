@@ -3,6 +3,8 @@
 
 namespace Fennel {
 
-const char* layerName() { return "fennel"; }
+const char* layerName() {
+   return "fennel";
+}
 
 }  // namespace Fennel

@@ -3,6 +3,8 @@
 
 namespace Sim {
 
-const char* layerName() { return "sim"; }
+const char* layerName() {
+   return "sim";
+}
 
 }  // namespace Sim

@@ -9,25 +9,25 @@
 namespace Vesper {
 
 class Exception : public std::runtime_error {
-  public:
+ public:
    explicit Exception( const std::string& text ) : std::runtime_error( text ) {}
 };
 
 // A value outside its allowed range, or an index space that is used up.
 class RangeException : public Exception {
-  public:
+ public:
    using Exception::Exception;
 };
 
 // A keyed creator found a member whose constructor parameter differs.
 class NameInUseException : public Exception {
-  public:
+ public:
    using Exception::Exception;
 };
 
 // Text that does not parse as the value it should describe.
 class ParseException : public Exception {
-  public:
+ public:
    using Exception::Exception;
 };
 

@@ -2,6 +2,8 @@
 
 namespace Vesper {
 
-const char* runtimeName() { return "vesper"; }
+const char* runtimeName() {
+   return "vesper";
+}
 
 }  // namespace Vesper

@@ -13,7 +13,7 @@ struct Result {
    std::string err;
 };
 
-Result runTool( std::vector< std::string > args ) {
+Result runTool( std::vector<std::string> args ) {
    std::ostringstream out, err;
    int code = HalyardCli::run( args, out, err );
    return { code, out.str(), err.str() };
