@@ -1,0 +1,183 @@
+// Fennel::AclSm: built from fourteen inputs through the registered factory,
+// compared by those inputs, and wiring the back-end with what it reads.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <typeinfo>
+#include <vector>
+
+#include "platform/fennel/AclSm.h"
+#include "platform/vesper/Trace.h"
+#include "tests/platform/fennel/FennelTestSupport.h"
+
+namespace {
+
+using Fennel::AclSm;
+using Fennel::AclSmInputs;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// The inputs of a machine, each a fresh object.
+AclSmInputs freshInputs() {
+   return AclSmInputs{ Fennel::fennelCommonSmDataFactory(),
+                       Acl::configFactory(),
+                       Acl::paramConfigFactory(),
+                       Vesper::dirFactory( "intfConfig" ),
+                       Acl::intfConfigFactory(),
+                       Vesper::dirFactory( "hwConfig" ),
+                       Acl::statusDpFactory(),
+                       Errdisable::causeStatusFactory(),
+                       Lag::Input::configFactory(),
+                       FennelTest::StubBackEnd::create(),
+                       Vesper::clockFactory(),
+                       Bridging::configFactory(),
+                       Interface::subIntfStatusDirFactory( "subIntfStatus" ),
+                       Interface::subIntfConfigDirFactory( "subIntfConfig" ) };
+}
+
+// Whether the machine is of exactly the class T (not a subclass).
+template <class T>
+bool isExactly( const AclSm::Ptr& sm ) {
+   const AclSm& machine = *sm;
+   return typeid( machine ) == typeid( T );
+}
+
+// A driving machine of the kind the generic layer registers.
+class DrivingAclSm : public AclSm {
+ public:
+   explicit DrivingAclSm( const AclSmInputs& inputs ) : AclSm( inputs ) {}
+};
+
+class AclSmTest : public FennelTest::ActivityTest {
+ protected:
+   ~AclSmTest() override { Fennel::aclSmFactoryIs( nullptr ); }
+
+   AclSmInputs inputs_ = freshInputs();
+};
+
+TEST_F( AclSmTest, WithoutAFactoryTheMachineIsPlainAndBuiltFromItsInputs ) {
+   EXPECT_FALSE( Fennel::aclSmFactoryHas() );
+   Vesper::TraceCapture capture( "Fennel::AclSm" );
+   const AclSm::Ptr sm = AclSm::create( inputs_ );
+   ASSERT_TRUE( sm );
+   EXPECT_THAT( capture.lines(),
+                ElementsAre( "Fennel::AclSm::create: no generic layer registered, the machine "
+                             "drives nothing" ) );
+   EXPECT_TRUE( isExactly<AclSm>( sm ) );
+   EXPECT_EQ( "Fennel::AclSm", sm->fwkType().name() );
+   EXPECT_FALSE( sm->hasNotificationActive() );
+   EXPECT_TRUE( sm->builtFrom( inputs_ ) );
+   EXPECT_EQ( inputs_, sm->inputs() );
+}
+
+TEST_F( AclSmTest, TheFourteenParameterFormGivesEachInputItsAccessor ) {
+   const AclSmInputs& i = inputs_;
+   const AclSm::Ptr sm =
+       AclSm::create( i.fcsd, i.mainConfig, i.aclParamConfig, i.intfConfigDir, i.intfConfigCli,
+                      i.hwConfigDir, i.status, i.aclCauseStatus, i.lagInputConfig, i.aclHelper,
+                      i.clock, i.brConfig, i.subIntfStatusDir, i.subIntfConfigDir );
+   EXPECT_EQ( i.fcsd, sm->fcsd() );
+   EXPECT_EQ( i.mainConfig, sm->mainConfig() );
+   EXPECT_EQ( i.aclParamConfig, sm->aclParamConfig() );
+   EXPECT_EQ( i.intfConfigDir, sm->intfConfigDir() );
+   EXPECT_EQ( i.intfConfigCli, sm->intfConfigCli() );
+   EXPECT_EQ( i.hwConfigDir, sm->hwConfigDir() );
+   EXPECT_EQ( i.status, sm->status() );
+   EXPECT_EQ( i.aclCauseStatus, sm->aclCauseStatus() );
+   EXPECT_EQ( i.lagInputConfig, sm->lagInputConfig() );
+   EXPECT_EQ( i.aclHelper, sm->aclHelper() );
+   EXPECT_EQ( i.clock, sm->clock() );
+   EXPECT_EQ( i.brConfig, sm->brConfig() );
+   EXPECT_EQ( i.subIntfStatusDir, sm->subIntfStatusDir() );
+   EXPECT_EQ( i.subIntfConfigDir, sm->subIntfConfigDir() );
+}
+
+TEST_F( AclSmTest, BuiltFromComparesEveryInputByIdentity ) {
+   const AclSm::Ptr sm = AclSm::create( inputs_ );
+   const AclSmInputs other = freshInputs();
+   // Replace one input at a time: each single difference is seen.
+   std::vector<AclSmInputs> variants( 14, inputs_ );
+   variants[0].fcsd = other.fcsd;
+   variants[1].mainConfig = other.mainConfig;
+   variants[2].aclParamConfig = other.aclParamConfig;
+   variants[3].intfConfigDir = other.intfConfigDir;
+   variants[4].intfConfigCli = other.intfConfigCli;
+   variants[5].hwConfigDir = other.hwConfigDir;
+   variants[6].status = other.status;
+   variants[7].aclCauseStatus = other.aclCauseStatus;
+   variants[8].lagInputConfig = other.lagInputConfig;
+   variants[9].aclHelper = other.aclHelper;
+   variants[10].clock = other.clock;
+   variants[11].brConfig = other.brConfig;
+   variants[12].subIntfStatusDir = other.subIntfStatusDir;
+   variants[13].subIntfConfigDir = nullptr;
+   for ( size_t i = 0; i < variants.size(); ++i ) {
+      EXPECT_FALSE( sm->builtFrom( variants[i] ) ) << "input " << i;
+   }
+   AclSmInputs copy = inputs_;
+   EXPECT_TRUE( sm->builtFrom( copy ) );
+}
+
+TEST_F( AclSmTest, ARegisteredFactoryBuildsTheMachineUntilItIsRemoved ) {
+   std::vector<const AclSmInputs*> calls;
+   Fennel::aclSmFactoryIs( [&calls]( const AclSmInputs& inputs ) {
+      calls.push_back( &inputs );
+      return AclSm::Ptr( new DrivingAclSm( inputs ) );
+   } );
+   EXPECT_TRUE( Fennel::aclSmFactoryHas() );
+   Vesper::TraceCapture capture( "Fennel::AclSm" );
+   const AclSm::Ptr driving = AclSm::create( inputs_ );
+   EXPECT_TRUE( isExactly<DrivingAclSm>( driving ) );
+   EXPECT_TRUE( driving->builtFrom( inputs_ ) );
+   EXPECT_EQ( 1u, calls.size() );
+   EXPECT_THAT( capture.lines(), IsEmpty() );
+
+   Fennel::aclSmFactoryIs( nullptr );
+   EXPECT_FALSE( Fennel::aclSmFactoryHas() );
+   const AclSm::Ptr plain = AclSm::create( inputs_ );
+   EXPECT_TRUE( isExactly<AclSm>( plain ) );
+   EXPECT_EQ( 1u, calls.size() );
+}
+
+TEST_F( AclSmTest, AFactoryThatBuildsFromOtherInputsStopsTheProcess ) {
+   GTEST_FLAG_SET( death_test_style, "threadsafe" );
+   const AclSmInputs other = freshInputs();
+   Fennel::aclSmFactoryIs(
+       [other]( const AclSmInputs& ) { return AclSm::Ptr( new DrivingAclSm( other ) ); } );
+   EXPECT_DEATH( AclSm::create( inputs_ ), "machine && machine->builtFrom\\( inputs \\)" );
+   Fennel::aclSmFactoryIs( []( const AclSmInputs& ) { return AclSm::Ptr(); } );
+   EXPECT_DEATH( AclSm::create( inputs_ ), "machine && machine->builtFrom\\( inputs \\)" );
+}
+
+TEST_F( AclSmTest, BuildingAMachineHandsTheBackEndTheGenericInputsItReads ) {
+   const auto& helper = inputs_.aclHelper;
+   EXPECT_FALSE( helper->fcsd() );
+   EXPECT_FALSE( helper->intfConfig() );
+   const AclSm::Ptr sm = AclSm::create( inputs_ );
+   EXPECT_EQ( inputs_.fcsd, helper->fcsd() );
+   EXPECT_EQ( inputs_.intfConfigCli, helper->intfConfig() );
+
+   // A replacement machine rewires the helper with its own inputs.
+   AclSmInputs next = inputs_;
+   next.intfConfigCli = Acl::intfConfigFactory();
+   const AclSm::Ptr replacement = AclSm::create( next );
+   EXPECT_EQ( next.intfConfigCli, helper->intfConfig() );
+}
+
+TEST_F( AclSmTest, AMachineWithoutABackEndIsAllowed ) {
+   inputs_.aclHelper = nullptr;
+   const AclSm::Ptr sm = AclSm::create( inputs_ );
+   EXPECT_FALSE( sm->aclHelper() );
+   EXPECT_TRUE( sm->builtFrom( inputs_ ) );
+}
+
+TEST_F( AclSmTest, NotificationsSwitchLikeAnyCountedObject ) {
+   const AclSm::Ptr sm = AclSm::create( inputs_ );
+   sm->hasNotificationActiveIs( true );
+   EXPECT_TRUE( sm->hasNotificationActive() );
+   sm->hasNotificationActiveIs( false );
+   EXPECT_FALSE( sm->hasNotificationActive() );
+   EXPECT_EQ( 1u, sm->references() );
+}
+
+}  // namespace
