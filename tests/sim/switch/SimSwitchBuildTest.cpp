@@ -1,0 +1,271 @@
+// The switch assembled from a profile: units and their chips, the agent's shared data, the chip
+// table reached the platform's way, the process-wide installs and what puts them back, the
+// group table and its overrides, and fault injection reached through the switch.
+#include <gtest/gtest.h>
+
+#include "platform/shim/FabIoctl.h"
+#include "platform/shim/Sdk.h"
+#include "platform/tcam/ChipLookup.h"
+#include "sim/switch/SimSwitch.h"
+#include "tests/sim/switch/SwitchFixture.h"
+
+namespace SimSwitchTest {
+namespace {
+
+using Halyard::HalyardModInfo;
+using HalyardTypes::HalyardPort;
+using Pylon::IntfId;
+using Pylon::ModId;
+using Sim::SimSwitch;
+
+class DefaultSwitchTest : public ::testing::Test {
+ protected:
+   SimSwitch sw;
+};
+
+TEST_F( DefaultSwitchTest, UnitsAreTheProfilesChips ) {
+   EXPECT_EQ( ( std::vector<U32>{ 0, 1 } ), sw.units() );
+   EXPECT_EQ( "trident3", sw.chipKind( 0 ).name );
+   EXPECT_EQ( "tomahawk", sw.chipKind( 1 ).name );
+   EXPECT_EQ( 33u, sw.chip( 0 ).config().portCount );
+   EXPECT_EQ( 1, sw.chip( 0 ).config().moduleId );
+   EXPECT_EQ( 2, sw.chip( 1 ).config().moduleId );
+   EXPECT_EQ( sw.chipKind( 0 ).rangeCheckers, sw.chip( 0 ).config().rangeCheckers );
+   EXPECT_EQ( ModId( 2 ), sw.modId( 1 ) );
+   EXPECT_EQ( 31u, sw.portLayout( 0 ).lastFrontPanel );
+   EXPECT_EQ( ( std::vector<U32>{ 32 } ), sw.portLayout( 0 ).linkPorts );
+   EXPECT_THROW( sw.chip( 2 ), Vesper::RangeException );
+}
+
+TEST_F( DefaultSwitchTest, UnitTableNamesChipModuleTypeAndName ) {
+   const auto& hcsd = *sw.hcsd();
+   EXPECT_EQ( 2u, hcsd.halyardModId().size() );
+   EXPECT_EQ( HalyardModInfo( 0, ModId( 1 ), sw.chipKind( 0 ).chipInfo, Vesper::Name( "chip0" ) ),
+              hcsd.halyardModId( 0 ) );
+   EXPECT_EQ( HalyardModInfo( 1, ModId( 2 ), sw.chipKind( 1 ).chipInfo, Vesper::Name( "chip1" ) ),
+              hcsd.halyardModId( 1 ) );
+   EXPECT_EQ( 8u, hcsd.halyardModId( 0 ).familyCode() );
+   EXPECT_EQ( 6u, hcsd.halyardModId( 1 ).familyCode() );
+   EXPECT_EQ( sw.chipKind( 1 ).chipInfo, sw.groupManager()->modChipInfo( 1 ) );
+}
+
+TEST_F( DefaultSwitchTest, InterfaceMapsHoldPortsAndPortChannels ) {
+   const auto& hcsd = *sw.hcsd();
+   EXPECT_EQ( HalyardPort( 0, 1 ), hcsd.halyardIntfToPort( IntfId::ethernet( 1 ) ) );
+   EXPECT_EQ( HalyardPort( 0, 24 ), hcsd.halyardIntfToPort( IntfId::ethernet( 24 ) ) );
+   EXPECT_EQ( HalyardPort( 1, 1 ), hcsd.halyardIntfToPort( IntfId::ethernet( 25 ) ) );
+   // A port-channel by its first member, Ethernet21.
+   EXPECT_EQ( HalyardPort( 0, 21 ), hcsd.halyardIntfToPort( IntfId::portChannel( 10 ) ) );
+   EXPECT_EQ( HalyardPort( 0, 21 ), hcsd.halyardIntfToPortCache( IntfId::portChannel( 10 ) ) );
+   EXPECT_EQ( HalyardPort( 1, 24 ), hcsd.halyardIntfToPortCache( IntfId::ethernet( 48 ) ) );
+   EXPECT_EQ( 49u, hcsd.halyardIntfToPort().size() );
+   EXPECT_EQ( 49u, hcsd.halyardIntfToPortCache().size() );
+   // VLAN interfaces and sub-interfaces have no port of their own.
+   EXPECT_FALSE( hcsd.halyardIntfToPortHas( IntfId::vlan( Pylon::VlanId( 100 ) ) ) );
+   EXPECT_FALSE( hcsd.halyardIntfToPortHas( IntfId::ethernet( 5 ).subIntf( 300 ) ) );
+
+   EXPECT_EQ( IntfId::ethernet( 48 ), hcsd.halyardPortToIntf( HalyardPort( 1, 24 ) ) );
+   EXPECT_EQ( 48u, hcsd.halyardPortToIntf().size() );
+   EXPECT_EQ( IntfId::ethernet( 30 ), sw.intfOf( HalyardPort( 1, 6 ) ) );
+   EXPECT_TRUE( sw.intfOf( HalyardPort( 1, 32 ) ).isNull() );
+}
+
+TEST_F( DefaultSwitchTest, NamesAndSwitchesOfTheProfile ) {
+   const auto& hcsd = *sw.hcsd();
+   EXPECT_EQ( "Linecard1", hcsd.linecardName() );
+   EXPECT_EQ( "Epoch1", hcsd.epochName() );
+   EXPECT_TRUE( hcsd.vlanSliceBlockEnabled() );
+   EXPECT_FALSE( hcsd.vlanBlockBypass() );
+   EXPECT_FALSE( sw.hasFabric() );
+   EXPECT_TRUE( hcsd.halyardPortToFabricIntf().empty() );
+   EXPECT_FALSE( sw.attributes()->egressFilterPerPort() );
+}
+
+TEST_F( DefaultSwitchTest, ChipAttributesOfEachUnitTheLibrarysWay ) {
+   for ( U32 unit : sw.units() ) {
+      const auto byManager = Halyard::chipAttributesForUnit( *sw.groupManager(), unit );
+      const auto byCommonData = Halyard::chipAttributesForUnit( *sw.hcsd(), unit );
+      ASSERT_TRUE( byManager );
+      EXPECT_EQ( byManager, byCommonData );
+      for ( HalyardCentral::ChipAttribute a : HalyardCentral::chipAttributeAll ) {
+         EXPECT_EQ( sw.chipKind( unit ).attribute( a ), byManager->attribute( a ) )
+             << "unit " << unit << " attribute " << static_cast<int>( a );
+      }
+   }
+   // The two kinds differ where the library branches on them.
+   EXPECT_TRUE( Halyard::chipAttributesForUnit( *sw.hcsd(), 0 )->usesRangeConfig() );
+   EXPECT_FALSE( Halyard::chipAttributesForUnit( *sw.hcsd(), 1 )->usesRangeConfig() );
+}
+
+TEST_F( DefaultSwitchTest, SdkAnswersForEveryUnitThroughShim ) {
+   EXPECT_EQ( &sw.sdk(), Shim::sdk_ );
+   EXPECT_TRUE( Shim::sdk_->isChipGroupA( 0 ) );   // Trident3-class
+   EXPECT_FALSE( Shim::sdk_->isChipGroupA( 1 ) );  // Tomahawk-class
+   EXPECT_TRUE( Shim::sdk_->isChipGroupC( 1 ) );
+   int count = 0;
+   Shim::sdk_->BCM_PBMP_COUNT( Shim::sdk_->PBMP_ALL( 1 ), count );
+   EXPECT_EQ( 33, count );
+}
+
+TEST_F( DefaultSwitchTest, FaultsInjectedOnTheSwitchReachTheCodeUnderTest ) {
+   const auto ingress = Shim::sdk_->bcmPortClassFieldIngress();
+   sw.sdk().failCall( "bcm_port_class_set", 1, -4 );
+   EXPECT_EQ( -4, Shim::sdk_->bcm_port_class_set( 1, 3, ingress, 5 ) );
+   EXPECT_EQ( 0u, sw.chip( 1 ).ports().portClass( 3, Sim::PortClassKind::FieldIngress ) );
+   EXPECT_EQ( 0, Shim::sdk_->bcm_port_class_set( 1, 3, ingress, 5 ) );
+   EXPECT_EQ( 5u, sw.chip( 1 ).ports().portClass( 3, Sim::PortClassKind::FieldIngress ) );
+   EXPECT_EQ( 2u, sw.sdk().callCount( "bcm_port_class_set" ) );
+}
+
+TEST_F( DefaultSwitchTest, EpochStatusSupportsAclsUntilSwitchedOff ) {
+   const auto& epochs = *Fennel::fennelEpochStatus();
+   EXPECT_EQ( sw.epochStatus(), Fennel::fennelEpochStatus() );
+   EXPECT_TRUE( epochs.aclSupported( Vesper::Name( "Epoch1" ) ) );
+   EXPECT_TRUE( epochs.aclSupported( Vesper::Name( "Linecard1" ) ) );
+   sw.aclSupportedIs( false );
+   EXPECT_FALSE( epochs.aclSupported( Vesper::Name( "Epoch1" ) ) );
+   EXPECT_FALSE( epochs.aclSupported( Vesper::Name( "Linecard1" ) ) );
+}
+
+TEST_F( DefaultSwitchTest, StatusRecordsStartAsTheAgentsPublishThem ) {
+   EXPECT_TRUE( sw.aclHwStatus()->initialized() );
+   EXPECT_EQ( 10u, sw.aclHwStatus()->raclIdBits() );
+   EXPECT_TRUE( sw.aclHwStatus()->ingressRaclSharingSupported() );
+   EXPECT_TRUE( sw.vlanTopoSliceStatus()->block().empty() );
+   EXPECT_TRUE( sw.vlanTopoBlockedStatus()->blocked().empty() );
+   EXPECT_TRUE( sw.l3SliceAgentStatus()->intfClassIdPerChipRequest().empty() );
+   EXPECT_TRUE( sw.statusDp()->tcamStatus().empty() );
+   // Each chip's L3 agent has published its (empty) answers.
+   ASSERT_TRUE( sw.l3IntfStatus()->intfClassIdPerChipResponse( ModId( 1 ) ) );
+   ASSERT_TRUE( sw.l3IntfStatus()->intfClassIdPerChipResponse( ModId( 2 ) ) );
+   EXPECT_EQ( 2u, sw.l3IntfStatus()->intfClassIdPerChipResponse().size() );
+}
+
+TEST_F( DefaultSwitchTest, VlansOfL3InterfacesAreTheirEgressClass ) {
+   for ( U32 unit : sw.units() ) {
+      EXPECT_EQ( 100u, sw.chip( unit ).vlans().egressL3Class( 100 ) );
+      EXPECT_EQ( 200u, sw.chip( unit ).vlans().egressL3Class( 200 ) );
+      EXPECT_EQ( 300u, sw.chip( unit ).vlans().egressL3Class( 300 ) );
+      EXPECT_EQ( 0u, sw.chip( unit ).vlans().egressL3Class( 7 ) );
+   }
+}
+
+TEST_F( DefaultSwitchTest, GroupsComeFromTheChipKindsOnEveryUnit ) {
+   const Sim::GroupTable expected =
+       Sim::defaultGroupTable( Sim::StageCapacities{ { 4, 512 }, { 12, 512 }, { 4, 512 } } );
+   EXPECT_EQ( expected.size(), sw.groupManager()->groupTable().size() );
+   const auto ip = sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupIpAcl );
+   for ( U32 unit : sw.units() ) {
+      EXPECT_TRUE( sw.groupManager()->unitHas( unit ) );
+      EXPECT_EQ( expected.at( Halyard::tcamGroupIpAcl ).capacity, ip->entriesAvailable( unit ) );
+      EXPECT_EQ( sw.chip( unit ).config().rangeCheckers,
+                 sw.groupManager()->unitLimits( unit )->rangeCheckers );
+      EXPECT_TRUE( sw.chip( unit ).group( Halyard::tcamGroupIpAcl ).has_value() );
+   }
+}
+
+TEST( SimSwitchOptionsTest, TinyGroupsExhaustAndLimitsAreCut ) {
+   Sim::SwitchOptions options;
+   options.groupTable = Sim::GroupTable{
+       { Halyard::tcamGroupIpAcl, { Sim::Stage::Ifp, 60, 2, false } },
+   };
+   Sim::UnitLimits limits;
+   limits.rangeCheckers = 1;
+   limits.udfChunks = 99;  // above every chip's pool: cut to it
+   options.unitLimits = limits;
+   options.raclIdBits = 9;
+   options.ingressRaclSharingSupported = false;
+   SimSwitch sw( Sim::defaultProfile(), options );
+
+   const auto ip = sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupIpAcl );
+   EXPECT_FALSE( ip->exhausted( 1 ) );
+   EXPECT_NE( 0u, newEntry( sw, 1 ) );
+   EXPECT_NE( 0u, newEntry( sw, 1 ) );
+   EXPECT_EQ( 0u, ip->entriesAvailable( 1 ) );
+   EXPECT_TRUE( ip->exhausted( 1 ) );
+   EXPECT_FALSE( ip->exhausted( 0 ) );
+   EXPECT_EQ( nullptr, sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupMacAcl ) );
+   EXPECT_EQ( 1u, sw.groupManager()->unitLimits( 0 )->rangeCheckers );
+   EXPECT_EQ( sw.chip( 0 ).config().udfChunks, sw.groupManager()->unitLimits( 0 )->udfChunks );
+   EXPECT_EQ( 9u, sw.aclHwStatus()->raclIdBits() );
+   EXPECT_FALSE( sw.aclHwStatus()->ingressRaclSharingSupported() );
+}
+
+TEST( SimSwitchOptionsTest, SmallestKindDecidesTheGroupSizes ) {
+   Sim::SwitchProfile p;
+   p.unitIs( Sim::UnitDef{ 0, "trident3", 1, 0, "" } );
+   p.unitIs( Sim::UnitDef{ 1, "trident2", 2, 0, "" } );  // IFP of 4x128 + 8x256
+   SimSwitch sw( p );
+   const Sim::GroupTable expected =
+       Sim::defaultGroupTable( Sim::StageCapacities{ { 4, 256 }, { 12, 2560 / 12 }, { 4, 256 } } );
+   EXPECT_EQ( expected.at( Halyard::tcamGroupIpAcl ).capacity,
+              sw.groupManager()->groupTable().at( Halyard::tcamGroupIpAcl ).capacity );
+   EXPECT_EQ( expected.at( Halyard::tcamGroupIpAclVfp ).capacity,
+              sw.groupManager()->groupTable().at( Halyard::tcamGroupIpAclVfp ).capacity );
+}
+
+TEST( SimSwitchFabricTest, LinkPortsAreFabricPortsByModule ) {
+   Sim::SwitchProfile p;
+   Sim::SwitchFlags flags;
+   flags.fabric = true;
+   flags.egressFilterPerPort = true;
+   p.flagsIs( flags );
+   p.unitIs( Sim::UnitDef{ 0, "trident3", 1, 33, "" } );
+   p.unitIs( Sim::UnitDef{ 1, "jericho", 5, 0, "" } );  // 65 ports, the last 8 HiGig
+   SimSwitch sw( p );
+
+   EXPECT_TRUE( sw.hasFabric() );
+   EXPECT_TRUE( sw.attributes()->egressFilterPerPort() );
+   const auto& fabric = sw.hcsd()->halyardPortToFabricIntf();
+   ASSERT_EQ( 9u, fabric.size() );
+   EXPECT_EQ( "Fabric1/1", sw.hcsd()->halyardPortToFabricIntf( HalyardPort( 1, 32 ) ) );
+   EXPECT_EQ( "Fabric5/1", sw.hcsd()->halyardPortToFabricIntf( HalyardPort( 5, 57 ) ) );
+   EXPECT_EQ( "Fabric5/8", sw.hcsd()->halyardPortToFabricIntf( HalyardPort( 5, 64 ) ) );
+   // Walked by module, then port: the first unit's port first.
+   EXPECT_EQ( HalyardPort( 1, 32 ), fabric.begin()->first );
+}
+
+TEST( SimSwitchInstallTest, InstallsForItsLifeAndPutsBackWhatItFound ) {
+   Shim::Sdk* const sdkBefore = Shim::sdk_;
+   const auto attributesBefore = HalyardCentral::halyardAttributes();
+   const auto epochBefore = Fennel::fennelEpochStatus();
+   Shim::FabricDevice* const fabricBefore = &Shim::fabricDevice();
+   {
+      SimSwitch outer;
+      EXPECT_EQ( &outer.sdk(), Shim::sdk_ );
+      EXPECT_EQ( outer.attributes(), HalyardCentral::halyardAttributes() );
+      EXPECT_EQ( &outer.fabricDevice(), &Shim::fabricDevice() );
+      {
+         SimSwitch inner;
+         EXPECT_EQ( &inner.sdk(), Shim::sdk_ );
+         EXPECT_EQ( inner.epochStatus(), Fennel::fennelEpochStatus() );
+         EXPECT_EQ( &inner.fabricDevice(), &Shim::fabricDevice() );
+      }
+      EXPECT_EQ( &outer.sdk(), Shim::sdk_ );
+      EXPECT_EQ( outer.attributes(), HalyardCentral::halyardAttributes() );
+      EXPECT_EQ( outer.epochStatus(), Fennel::fennelEpochStatus() );
+      EXPECT_EQ( &outer.fabricDevice(), &Shim::fabricDevice() );
+   }
+   EXPECT_EQ( sdkBefore, Shim::sdk_ );
+   EXPECT_EQ( attributesBefore, HalyardCentral::halyardAttributes() );
+   EXPECT_EQ( epochBefore, Fennel::fennelEpochStatus() );
+   EXPECT_EQ( fabricBefore, &Shim::fabricDevice() );
+}
+
+TEST( SimSwitchInstallTest, IncompleteProfileIsRefusedBeforeAnythingIsInstalled ) {
+   Shim::Sdk* const sdkBefore = Shim::sdk_;
+   const auto attributesBefore = HalyardCentral::halyardAttributes();
+   Sim::SwitchProfile empty;
+   empty.nameIs( "empty" );
+   try {
+      SimSwitch sw( empty );
+      FAIL() << "an empty profile built a switch";
+   } catch ( const Sim::ProfileError& e ) {
+      EXPECT_EQ( "the profile defines no unit", e.message() );
+   }
+   EXPECT_EQ( sdkBefore, Shim::sdk_ );
+   EXPECT_EQ( attributesBefore, HalyardCentral::halyardAttributes() );
+}
+
+}  // namespace
+}  // namespace SimSwitchTest
