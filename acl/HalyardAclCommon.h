@@ -1,0 +1,380 @@
+// The rule-level records of the ACL back-end: what one ACL holds on one unit.
+//
+//   AclCommonUnitData  one per ACL and unit: the ACL's rules on that chip, found by rule
+//                      number (aclRule, walked in rising number) and by rule id (aclRuleData)
+//   AclRuleData        one per rule: the entries of each subrule, the stage each entry came
+//                      from, range checkers, payload fields, the last counter reading
+//   AclEntryList       the entries of one subrule; a VFP or per-port rule is replicated, so
+//                      a subrule can hold several
+//   CommonRuleData     the result of acquiring entries for one rule on one unit: the entries
+//                      to program alike, and whether the acquisition failed
+//   AclTypeUnitData    the pool of free egress interface classes of one type-direction-feature
+//                      state machine on one unit
+//
+// Ownership: AclUnitData owns its AclCommonUnitData, which owns its AclRuleData (both
+// indices hold counted pointers), which own their AclEntryList. `parent` of a rule is a back
+// pointer. Entries, range checkers and user-defined fields belong to the TCAM managers: these
+// records only hold their ids from acquisition to release.
+//
+// Invariants:
+//  1. An AclRuleData stands in both indices of its AclCommonUnitData or in neither. Rule code
+//     goes in through aclRuleCreate(), which enters both; aclRuleIs() and aclRuleDel() touch
+//     only the first, so callers that use them keep the second in step (teardown removes
+//     from both).
+//  2. aclId, ruleNum and dropAll of a rule never change; ruleNum is its key in aclRule.
+//  3. An interface class pool never yields 0: 0 is no class, the answer of an empty pool.
+//
+// Only the records stand here. The programming operations of AclCommonUnitData (subrules,
+// range checkers, teardown, verification, show) are not written yet; the TCAM service variant's
+// request records (requestConfig, requestSubConfig, subRuleToRuleId, tcamRequest) are missing
+// too, because the platform has no request classes of the TCAM service to hold.
+//
+// Threads: activity thread, with the activity lock held.
+#pragma once
+
+#include <optional>
+
+#include "platform/acl/AclTypes.h"
+#include "platform/acl/UniqueId.h"
+#include "platform/halyard/AclRuleUdfData.h"
+#include "platform/halyard/RangeCheckerDesc.h"
+#include "platform/pylon/IntfId.h"
+#include "platform/tcam/HalyardCommonSmData.h"
+#include "platform/tcam/HalyardTcamGroupManager.h"
+#include "platform/vesper/HashMap2018.h"
+#include "platform/vesper/HashMapGeneric.h"
+#include "platform/vesper/LinkStack.h"
+#include "platform/vesper/Ptr.h"
+#include "platform/vesper/RbTreeMap.h"
+#include "platform/vesper/Types.h"
+
+namespace Halyard {
+
+// A set in the runtime's map: members map to true. Its walks survive deletion, as the walks
+// over entries and ports must, since reactors may run between two SDK calls of one walk.
+template <class Key>
+using KeySet = Vesper::HashMap2018<Key, bool>;
+
+// A pool of free interface classes, last in first out: the class given back last is the
+// next one out. Members are known by index as in a LinkStack (0 at the bottom).
+class IntfClassPool {
+ public:
+   // Adds the class on top; returns its index.
+   U32 push( U8 intfClass ) { return stack_.push( intfClass ); }
+   // Takes the top class; 0 when the pool is empty (0 is never a class).
+   U8 pop() { return stack_.pop().value_or( 0 ); }
+   // Sets the class at `index`; an index one past the top adds a member there.
+   // An index further up raises Vesper::RangeException "linkstack index out of range".
+   void is( U32 index, U8 intfClass );
+   // Removes the member at `index`; the members above it move down one index.
+   // An index that names no member raises Vesper::RangeException.
+   void del( U32 index );
+   void delAll() { stack_.clear(); }
+
+   const Vesper::LinkStack& stack() const { return stack_; }
+   size_t size() const { return stack_.size(); }
+   bool empty() const { return stack_.empty(); }
+
+ private:
+   Vesper::LinkStack stack_;
+};
+
+// The entries of one subrule.
+class AclEntryList : public Vesper::PtrInterface {
+   VESPER_FWK_TYPE( "Halyard::AclEntryList" )
+
+ public:
+   using Ptr = Vesper::Ptr<AclEntryList>;
+
+   explicit AclEntryList( U32 subRuleNum ) : subRuleNum_( subRuleNum ) {}
+
+   U32 subRuleNum() const { return subRuleNum_; }
+
+   const KeySet<U32>& entry() const { return entry_; }
+   bool entryHas( U32 entry ) const { return entry_.has( entry ); }
+   size_t entryCount() const { return entry_.size(); }
+   void entryIs( U32 entry ) { entry_.set( entry, true ); }
+   // True when the entry was a member.
+   bool entryDel( U32 entry ) { return entry_.del( entry ).has_value(); }
+   void entryDelAll() { entry_.clear(); }
+
+ private:
+   const U32 subRuleNum_;
+   KeySet<U32> entry_;
+};
+
+class AclCommonUnitData;
+
+// One rule of an ACL on one unit.
+class AclRuleData : public Vesper::PtrInterface {
+   VESPER_FWK_TYPE( "Halyard::AclRuleData" )
+
+ public:
+   using Ptr = Vesper::Ptr<AclRuleData>;
+   using EntryListMap = Vesper::HashMapGeneric<AclEntryList, &AclEntryList::subRuleNum>;
+   using EntryFlagMap = Vesper::HashMap2018<U32, bool>;
+   using RangeCheckerMap = Vesper::HashMap2018<RangeCheckerDesc, U32>;
+
+   AclRuleData( Acl::UniqueId aclId, U32 ruleNum, bool dropAll,
+                Vesper::BackPtr<AclCommonUnitData> parent );
+
+   Acl::UniqueId aclId() const { return aclId_; }
+   U32 ruleNum() const { return ruleNum_; }
+   bool dropAll() const { return dropAll_; }
+   Vesper::BackPtr<AclCommonUnitData> parent() const { return parent_; }
+
+   bool hasPermitFragmentRule() const { return hasPermitFragmentRule_; }
+   void hasPermitFragmentRuleIs( bool has ) { hasPermitFragmentRule_ = has; }
+
+   // The entries in service, by subrule. entryListIs() makes the list when absent.
+   AclEntryList::Ptr entryList( U32 subRule ) const { return entryList_.find( subRule ); }
+   const EntryListMap& entryList() const { return entryList_; }
+   AclEntryList::Ptr entryListIs( U32 subRule ) { return listIs( entryList_, subRule ); }
+   AclEntryList::Ptr entryListDel( U32 subRule ) { return entryList_.del( subRule ); }
+   void entryListDelAll() { entryList_.clear(); }
+
+   // A list of the same shape, kept for the attribute table; nothing fills it today.
+   AclEntryList::Ptr portUpdateEntryList( U32 subRule ) const {
+      return portUpdateEntryList_.find( subRule );
+   }
+   const EntryListMap& portUpdateEntryList() const { return portUpdateEntryList_; }
+   AclEntryList::Ptr portUpdateEntryListIs( U32 subRule ) {
+      return listIs( portUpdateEntryList_, subRule );
+   }
+   AclEntryList::Ptr portUpdateEntryListDel( U32 subRule ) {
+      return portUpdateEntryList_.del( subRule );
+   }
+   void portUpdateEntryListDelAll() { portUpdateEntryList_.clear(); }
+
+   // Where each entry came from, which names the manager that must release it. An absent
+   // entry reads false.
+   bool entryFromVfp( U32 entry ) const { return flagOf( entryFromVfp_, entry ); }
+   const EntryFlagMap& entryFromVfp() const { return entryFromVfp_; }
+   void entryFromVfpIs( U32 entry, bool value ) { entryFromVfp_.set( entry, value ); }
+   void entryFromVfpDel( U32 entry ) { entryFromVfp_.del( entry ); }
+   void entryFromVfpDelAll() { entryFromVfp_.clear(); }
+
+   bool entryFromStd( U32 entry ) const { return flagOf( entryFromStd_, entry ); }
+   const EntryFlagMap& entryFromStd() const { return entryFromStd_; }
+   void entryFromStdIs( U32 entry, bool value ) { entryFromStd_.set( entry, value ); }
+   void entryFromStdDel( U32 entry ) { entryFromStd_.del( entry ); }
+   void entryFromStdDelAll() { entryFromStd_.clear(); }
+
+   bool entryFromVni( U32 entry ) const { return flagOf( entryFromVni_, entry ); }
+   const EntryFlagMap& entryFromVni() const { return entryFromVni_; }
+   void entryFromVniIs( U32 entry, bool value ) { entryFromVni_.set( entry, value ); }
+   void entryFromVniDel( U32 entry ) { entryFromVni_.del( entry ); }
+   void entryFromVniDelAll() { entryFromVni_.clear(); }
+
+   // Range checkers in use and their ids; absent reads nothing.
+   std::optional<U32> rangeChecker( const RangeCheckerDesc& desc ) const;
+   const RangeCheckerMap& rangeChecker() const { return rangeChecker_; }
+   bool rangeCheckerHas( const RangeCheckerDesc& desc ) const { return rangeChecker_.has( desc ); }
+   void rangeCheckerIs( const RangeCheckerDesc& desc, U32 id ) { rangeChecker_.set( desc, id ); }
+   std::optional<U32> rangeCheckerDel( const RangeCheckerDesc& desc ) {
+      return rangeChecker_.del( desc );
+   }
+   void rangeCheckerDelAll() { rangeChecker_.clear(); }
+
+   // The hit counter as last read, to give the hits since then.
+   U64 lastReadValue() const { return lastReadValue_; }
+   void lastReadValueIs( U64 value ) { lastReadValue_ = value; }
+
+   const AclRuleUdfData& udfDataForRule() const { return udfDataForRule_; }
+   AclRuleUdfData& udfDataForRule() { return udfDataForRule_; }
+
+ private:
+   static AclEntryList::Ptr listIs( EntryListMap& map, U32 subRule );
+   static bool flagOf( const EntryFlagMap& map, U32 entry ) {
+      const bool* flag = map.find( entry );
+      return flag && *flag;
+   }
+
+   const Acl::UniqueId aclId_;
+   const U32 ruleNum_;
+   const bool dropAll_;
+   bool hasPermitFragmentRule_ = false;
+   EntryListMap entryList_;
+   EntryListMap portUpdateEntryList_;
+   EntryFlagMap entryFromVfp_;
+   EntryFlagMap entryFromStd_;
+   EntryFlagMap entryFromVni_;
+   RangeCheckerMap rangeChecker_;
+   U64 lastReadValue_ = 0;
+   AclRuleUdfData udfDataForRule_;
+   const Vesper::BackPtr<AclCommonUnitData> parent_;
+};
+
+// One ACL on one unit: its rules and how they may be programmed there.
+class AclCommonUnitData : public Vesper::PtrInterface {
+   VESPER_FWK_TYPE( "Halyard::AclCommonUnitData" )
+
+ public:
+   using Ptr = Vesper::Ptr<AclCommonUnitData>;
+   using AclRuleMap = Vesper::RbTreeMap<AclRuleData, &AclRuleData::ruleNum>;
+   using AclRuleIdMap = Vesper::HashMap2018<Acl::UniqueId, AclRuleData::Ptr>;
+
+   AclCommonUnitData( U32 unit, Acl::AclType type, HalyardCommonSmData::Ptr hcsd,
+                      HalyardTcamGroupManager::Ptr tcamGroupManager );
+
+   U32 unit() const { return unit_; }
+   Acl::AclType type() const { return type_; }
+   const HalyardCommonSmData::Ptr& hcsd() const { return hcsd_; }
+   const HalyardTcamGroupManager::Ptr& tcamGroupManager() const { return tcamGroupManager_; }
+
+   // The ACL has changes not yet committed on this unit.
+   bool dirty() const { return dirty_; }
+   void dirtyIs( bool dirty ) { dirty_ = dirty; }
+   // Its entries stand in hardware.
+   bool installed() const { return installed_; }
+   void installedIs( bool installed ) { installed_ = installed; }
+   // How the ACL's rules may be keyed here, settled before its rules are made.
+   bool canUseVfp() const { return canUseVfp_; }
+   void canUseVfpIs( bool value ) { canUseVfp_ = value; }
+   bool canUseStd() const { return canUseStd_; }
+   void canUseStdIs( bool value ) { canUseStd_ = value; }
+   bool useIpv6High() const { return useIpv6High_; }
+   void useIpv6HighIs( bool value ) { useIpv6High_ = value; }
+   bool useVni() const { return useVni_; }
+   void useVniIs( bool value ) { useVni_ = value; }
+
+   // Sessions on sub-interfaces: their entries and interfaces.
+   const KeySet<U32>& sessionSrcSubIntfEntries() const { return sessionSrcSubIntfEntries_; }
+   bool sessionSrcSubIntfEntriesHas( U32 entry ) const {
+      return sessionSrcSubIntfEntries_.has( entry );
+   }
+   void sessionSrcSubIntfEntriesIs( U32 entry ) { sessionSrcSubIntfEntries_.set( entry, true ); }
+   void sessionSrcSubIntfEntriesDel( U32 entry ) { sessionSrcSubIntfEntries_.del( entry ); }
+   void sessionSrcSubIntfEntriesDelAll() { sessionSrcSubIntfEntries_.clear(); }
+
+   const KeySet<Pylon::IntfId>& sessionSrcSubIntfList() const { return sessionSrcSubIntfList_; }
+   bool sessionSrcSubIntfListHas( Pylon::IntfId intf ) const {
+      return sessionSrcSubIntfList_.has( intf );
+   }
+   void sessionSrcSubIntfListIs( Pylon::IntfId intf ) { sessionSrcSubIntfList_.set( intf, true ); }
+   void sessionSrcSubIntfListDel( Pylon::IntfId intf ) { sessionSrcSubIntfList_.del( intf ); }
+   void sessionSrcSubIntfListDelAll() { sessionSrcSubIntfList_.clear(); }
+
+   const KeySet<Pylon::IntfId>& sessionSrcIntfList() const { return sessionSrcIntfList_; }
+   bool sessionSrcIntfListHas( Pylon::IntfId intf ) const {
+      return sessionSrcIntfList_.has( intf );
+   }
+   void sessionSrcIntfListIs( Pylon::IntfId intf ) { sessionSrcIntfList_.set( intf, true ); }
+   void sessionSrcIntfListDel( Pylon::IntfId intf ) { sessionSrcIntfList_.del( intf ); }
+   void sessionSrcIntfListDelAll() { sessionSrcIntfList_.clear(); }
+
+   // ---- Rules by number (rising on every walk).
+   AclRuleData::Ptr aclRule( U32 ruleNum ) const { return aclRule_.find( ruleNum ); }
+   const AclRuleMap& aclRule() const { return aclRule_; }
+   bool aclRuleHas( U32 ruleNum ) const { return aclRule_.has( ruleNum ); }
+   // The standing rule of that number, or a new one with this object as parent. A standing
+   // rule with another aclId or dropAll raises Vesper::NameInUseException naming "_aclId" or
+   // "_dropAll". Leaves aclRuleData alone.
+   AclRuleData::Ptr aclRuleIs( Acl::UniqueId aclId, U32 ruleNum, bool dropAll );
+   // The way in for rule code: aclRuleIs( aclId, ruleNum, true ), entered in both indices.
+   // `dropAll` is accepted and deliberately not looked at, so every rule made this way has
+   // dropAll true.
+   AclRuleData::Ptr aclRuleCreate( Acl::UniqueId aclId, U32 ruleNum, bool dropAll );
+   // Removes from aclRule only; the removed rule, or null.
+   AclRuleData::Ptr aclRuleDel( U32 ruleNum ) { return aclRule_.del( ruleNum ); }
+   void aclRuleDelAll() { aclRule_.clear(); }
+
+   // ---- Rules by id.
+   AclRuleData::Ptr aclRuleData( Acl::UniqueId aclId ) const;
+   const AclRuleIdMap& aclRuleData() const { return aclRuleData_; }
+   bool aclRuleDataHas( Acl::UniqueId aclId ) const { return aclRuleData_.has( aclId ); }
+   // A null rule removes the member; otherwise it is added or replaced.
+   void aclRuleDataIs( Acl::UniqueId aclId, const AclRuleData::Ptr& rule );
+   AclRuleData::Ptr aclRuleDataDel( Acl::UniqueId aclId );
+   void aclRuleDataDelAll() { aclRuleData_.clear(); }
+
+   // aclRuleData( aclId ). With the common data's aclRuleIndexConsistencyCheck on, the
+   // lookup is cross-checked against a walk of aclRule: a broken invariant 1 stops the
+   // process ("aclRuleIter.ptr() == found" or "!found").
+   AclRuleData::Ptr getAclRuleDataForAclId( Acl::UniqueId aclId ) const;
+
+ private:
+   const U32 unit_;
+   const Acl::AclType type_;
+   const HalyardCommonSmData::Ptr hcsd_;
+   const HalyardTcamGroupManager::Ptr tcamGroupManager_;
+   bool dirty_ = false;
+   bool installed_ = false;
+   bool canUseVfp_ = true;
+   bool canUseStd_ = false;
+   bool useIpv6High_ = false;
+   bool useVni_ = false;
+   KeySet<U32> sessionSrcSubIntfEntries_;
+   KeySet<Pylon::IntfId> sessionSrcSubIntfList_;
+   KeySet<Pylon::IntfId> sessionSrcIntfList_;
+   AclRuleMap aclRule_;
+   AclRuleIdMap aclRuleData_;
+};
+
+// A new record with notifications on.
+AclCommonUnitData::Ptr aclCommonUnitDataFactory( U32 unit, Acl::AclType type,
+                                                 HalyardCommonSmData::Ptr hcsd,
+                                                 HalyardTcamGroupManager::Ptr tcamGroupManager );
+
+// The entries that one acquisition made for a rule on a unit, all to be programmed alike.
+//   needed    the rule needs hardware (false when its action needs no entry). True with no
+//             entry means that the acquisition failed for want of TCAM.
+//   vfpEntry  the entries lie in the VFP stage
+//   udfError  the payload fields could not be programmed, or the rule could not be served
+class CommonRuleData : public Vesper::PtrInterface {
+   VESPER_FWK_TYPE( "Halyard::CommonRuleData" )
+
+ public:
+   using Ptr = Vesper::Ptr<CommonRuleData>;
+
+   CommonRuleData() = default;
+
+   const KeySet<U32>& entry() const { return entry_; }
+   bool entryHas( U32 entry ) const { return entry_.has( entry ); }
+   size_t entryCount() const { return entry_.size(); }
+   void entryIs( U32 entry ) { entry_.set( entry, true ); }
+   bool entryDel( U32 entry ) { return entry_.del( entry ).has_value(); }
+   void entryDelAll() { entry_.clear(); }
+
+   bool vfpEntry() const { return vfpEntry_; }
+   void vfpEntryIs( bool value ) { vfpEntry_ = value; }
+   bool needed() const { return needed_; }
+   void neededIs( bool value ) { needed_ = value; }
+   bool udfError() const { return udfError_; }
+   void udfErrorIs( bool value ) { udfError_ = value; }
+
+ private:
+   KeySet<U32> entry_;
+   bool vfpEntry_ = false;
+   bool needed_ = false;
+   bool udfError_ = false;
+};
+
+// A new record, empty and with the three flags false, with notifications on.
+CommonRuleData::Ptr commonRuleDataFactory();
+
+// The free egress interface classes of one type-direction-feature state machine on one unit.
+class AclTypeUnitData : public Vesper::PtrInterface {
+   VESPER_FWK_TYPE( "Halyard::AclTypeUnitData" )
+
+ public:
+   using Ptr = Vesper::Ptr<AclTypeUnitData>;
+
+   explicit AclTypeUnitData( U32 unit ) : unit_( unit ) {}
+
+   U32 unit() const { return unit_; }
+
+   const IntfClassPool& freeIntfClass() const { return freeIntfClass_; }
+   U32 freeIntfClassPush( U8 intfClass ) { return freeIntfClass_.push( intfClass ); }
+   // The next free class; 0 when none is left.
+   U8 freeIntfClassPop() { return freeIntfClass_.pop(); }
+   void freeIntfClassIs( U32 index, U8 intfClass ) { freeIntfClass_.is( index, intfClass ); }
+   void freeIntfClassDel( U32 index ) { freeIntfClass_.del( index ); }
+   void freeIntfClassDelAll() { freeIntfClass_.delAll(); }
+
+ private:
+   const U32 unit_;
+   IntfClassPool freeIntfClass_;
+};
+
+}  // namespace Halyard

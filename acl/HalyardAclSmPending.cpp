@@ -1,0 +1,332 @@
+// The operations of AclHelper whose behaviour is not written yet: rule creation,
+// pre-creation, commit and teardown, bindings and port masks, blocking, verification, show
+// tables, counters, shared router ACLs and TCAM exhaustion. Each stops the process, naming
+// itself, rather than answer as if it had done its work.
+#include "acl/HalyardAclSm.h"
+#include "platform/vesper/Assert.h"
+
+namespace Halyard {
+
+namespace {
+
+[[noreturn]] void notAvailableYet( const char* text, unsigned line, const char* function ) {
+   Vesper::assertionFailed( text, __FILE__, line, function );
+}
+
+}  // namespace
+
+// The assertion's expression reads "AclHelper::<operation> is not available yet".
+#define HALYARD_ACL_NOT_AVAILABLE_YET( operation ) \
+   notAvailableYet( "AclHelper::" operation " is not available yet", __LINE__, __PRETTY_FUNCTION__ )
+
+using AclDataPtr = AclHelper::AclDataPtr;
+using AclDataPtrConst = AclHelper::AclDataPtrConst;
+
+// ---- Bindings and interfaces.
+
+bool AclHelper::intfSupportsAcl( Pylon::IntfId ) const {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "intfSupportsAcl" );
+}
+
+Vesper::Name AclHelper::intfLinecardName( Pylon::IntfId ) const {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "intfLinecardName" );
+}
+
+bool AclHelper::addIntfToAcl( const Fennel::IntfPairKey&, const AclDataPtr&,
+                              const AclDataStatusPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "addIntfToAcl" );
+}
+
+bool AclHelper::removeIntfFromAcl( const Fennel::IntfPairKey&, const AclDataPtr&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "removeIntfFromAcl" );
+}
+
+void AclHelper::updateAclPorts( const AclDataPtr&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "updateAclPorts" );
+}
+
+void AclHelper::blockIntf( Pylon::IntfId, bool, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "blockIntf" );
+}
+
+// ---- Rules.
+
+Fennel::AclCreateError AclHelper::createIpAclSubrule( Acl::AclType, const Acl::RuleConfig&,
+                                                      Acl::UniqueId, const AclDataPtr&, U32, U32,
+                                                      U16, U16, U16, U16, U16, U16, U16, U16, U16,
+                                                      U16, U16, U16, U8, bool, U8, U8 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpAclSubrule" );
+}
+
+Fennel::AclCreateError AclHelper::createIpFragRule( const AclDataPtr&, const Acl::RuleConfig&,
+                                                    Acl::UniqueId, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpFragRule" );
+}
+
+Fennel::AclCreateError AclHelper::createMacAclRule( const Acl::RuleConfig&, Acl::UniqueId,
+                                                    const AclDataPtr&, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRule" );
+}
+
+Fennel::AclCreateError AclHelper::createFinalAclRule( Acl::AclType, const AclDataPtr&, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createFinalAclRule" );
+}
+
+bool AclHelper::needToInstallIcmp6NeighborDiscoveryRules() {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "needToInstallIcmp6NeighborDiscoveryRules" );
+}
+
+void AclHelper::programRaclIdOrVlanId( const AclDataPtr&, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "programRaclIdOrVlanId" );
+}
+
+Fennel::AclCreateError AclHelper::programUdfData( U32, HalyardTcamEntryManager::Ptr,
+                                                  const AclDataPtr&, const AclUnitData::Ptr&,
+                                                  const Acl::RuleConfig&, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "programUdfData" );
+}
+
+CommonRuleData::Ptr AclHelper::commonCreateEntry( const AclDataPtr&, const AclUnitData::Ptr&,
+                                                  const Acl::RuleConfig&, Acl::Action, bool,
+                                                  Acl::UniqueId, U32, U32, HalyardAclFeature ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "commonCreateEntry" );
+}
+
+Fennel::AclCreateError AclHelper::createIpAclSubruleForUnit( Acl::AclType, const AclUnitData::Ptr&,
+                                                             const Acl::RuleConfig&, Acl::UniqueId,
+                                                             const AclDataPtr&, U32, U32, U16, U16,
+                                                             U16, U16, U16, U16, U16, U16, U16, U16,
+                                                             U16, U16, U8, bool, HalyardAclFeature,
+                                                             U8, U8 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpAclSubruleForUnit" );
+}
+
+Fennel::AclCreateError AclHelper::createMacAclRuleForUnit( const AclUnitData::Ptr&,
+                                                           const Acl::RuleConfig&, Acl::UniqueId,
+                                                           const AclDataPtr&, U32, U32,
+                                                           HalyardAclFeature ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRuleForUnit" );
+}
+
+Fennel::AclCreateError AclHelper::validateIpAclSubruleForUnit(
+    Acl::AclType, const AclUnitData::Ptr&, const Acl::RuleConfig&, Acl::UniqueId, const AclDataPtr&,
+    U32, U32, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U8, bool,
+    HalyardAclFeature, U8, U8 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "validateIpAclSubruleForUnit" );
+}
+
+Fennel::AclCreateError AclHelper::createIpFragRuleForUnit( const AclDataPtr&,
+                                                           const AclUnitData::Ptr&,
+                                                           const Acl::RuleConfig&, Acl::UniqueId,
+                                                           U32, U32, HalyardAclFeature ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpFragRuleForUnit" );
+}
+
+Fennel::AclCreateError AclHelper::createFinalAclRuleForUnit( Acl::AclType, const AclDataPtr&,
+                                                             const HalyardAclData::Ptr&, U32,
+                                                             HalyardAclFeature ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "createFinalAclRuleForUnit" );
+}
+
+// ---- Pre-creation, commit, teardown, exhaustion.
+
+Fennel::AclCreateError AclHelper::precreateAcl( const AclDataPtr&, const AclDataStatusPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "precreateAcl" );
+}
+
+void AclHelper::prepareToCommit() {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "prepareToCommit" );
+}
+
+void AclHelper::commitAcl( const AclDataPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "commitAcl" );
+}
+
+void AclHelper::destroyAcl( const AclDataPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAcl" );
+}
+
+void AclHelper::cleanupAcl( const AclDataPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "cleanupAcl" );
+}
+
+void AclHelper::destroyAclEntries( const AclDataPtr&, const HalyardAclData::Ptr&,
+                                   HalyardAclFeature ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAclEntries" );
+}
+
+void AclHelper::handleTcamExhaustion( U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "handleTcamExhaustion" );
+}
+
+// ---- Shared router ACLs.
+
+bool AclHelper::sharedAclDataForVlansSupported( const Fennel::AclKey& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "sharedAclDataForVlansSupported" );
+}
+
+// ---- Rules as they stand, and verification against the hardware.
+
+bool AclHelper::macRuleExists( const AclDataPtrConst&, Acl::UniqueId, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "macRuleExists" );
+}
+
+bool AclHelper::ipSubruleExists( const AclDataPtrConst&, Acl::UniqueId, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "ipSubruleExists" );
+}
+
+bool AclHelper::ipPortRangeSubruleExists( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U16, U16,
+                                          bool, U16, U16, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "ipPortRangeSubruleExists" );
+}
+
+void AclHelper::verifyMacRuleGeneral( const AclDataPtrConst&, Acl::UniqueId, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyMacRuleGeneral" );
+}
+
+void AclHelper::verifyMacRuleAction( const AclDataPtrConst&, Acl::UniqueId, U32, U32, Acl::Action,
+                                     bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyMacRuleAction" );
+}
+
+void AclHelper::verifyMacRuleSrcMac( const AclDataPtrConst&, Acl::UniqueId, U32, U32,
+                                     const Pylon::EthAddr&, const Pylon::EthAddr&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyMacRuleSrcMac" );
+}
+
+void AclHelper::verifyMacRuleDstMac( const AclDataPtrConst&, Acl::UniqueId, U32, U32,
+                                     const Pylon::EthAddr&, const Pylon::EthAddr&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyMacRuleDstMac" );
+}
+
+void AclHelper::verifyMacRuleEtherType( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U16,
+                                        bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyMacRuleEtherType" );
+}
+
+void AclHelper::verifyIpRuleGeneral( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleGeneral" );
+}
+
+void AclHelper::verifyIpRuleAction( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32,
+                                    Acl::Action, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleAction" );
+}
+
+void AclHelper::verifyIpRuleIpProto( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U8,
+                                     bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleIpProto" );
+}
+
+void AclHelper::verifyIpRuleSrcIp( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U32, U32,
+                                   bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleSrcIp" );
+}
+
+void AclHelper::verifyIpRuleDstIp( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U32, U32,
+                                   bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleDstIp" );
+}
+
+void AclHelper::verifyIpRuleSrcIp6( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32,
+                                    const Pylon::Ip6AddrWithMask&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleSrcIp6" );
+}
+
+void AclHelper::verifyIpRuleSrcIp6FullMask( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32,
+                                            const Pylon::Ip6AddrWithFullMask&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleSrcIp6FullMask" );
+}
+
+void AclHelper::verifyIpRuleDstIp6( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32,
+                                    const Pylon::Ip6AddrWithMask&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleDstIp6" );
+}
+
+void AclHelper::verifyIpRuleDstIp6FullMask( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32,
+                                            const Pylon::Ip6AddrWithFullMask&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleDstIp6FullMask" );
+}
+
+void AclHelper::verifyIpRuleDscp( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U8, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleDscp" );
+}
+
+void AclHelper::verifyIpRuleTcIp6( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U8,
+                                   bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleTcIp6" );
+}
+
+void AclHelper::verifyIpRuleFragments( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, bool,
+                                       bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleFragments" );
+}
+
+void AclHelper::verifyIpRuleTcpFlags( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U8,
+                                      bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleTcpFlags" );
+}
+
+void AclHelper::verifyIpRuleIcmp( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U8, U8,
+                                  bool, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleIcmp" );
+}
+
+void AclHelper::verifyIpRuleSrcPort( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U16, U16,
+                                     bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleSrcPort" );
+}
+
+void AclHelper::verifyIpRuleDstPort( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U16, U16,
+                                     bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleDstPort" );
+}
+
+void AclHelper::verifyIpRuleIpLen( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U32, U16, U16,
+                                   bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyIpRuleIpLen" );
+}
+
+void AclHelper::verifyAclGeneral( const AclDataPtrConst& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyAclGeneral" );
+}
+
+void AclHelper::verifyDropAllRule( const AclDataPtrConst&, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "verifyDropAllRule" );
+}
+
+// ---- Show tables and counters.
+
+void AclHelper::showAclTypeHeader( U32, U32, Acl::AclType ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showAclTypeHeader" );
+}
+
+void AclHelper::showAclHeader( U32, U32, bool, const AclDataPtrConst& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showAclHeader" );
+}
+
+void AclHelper::showMacAclRule( U32, U32, const AclDataPtrConst&, U32, Acl::UniqueId ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showMacAclRule" );
+}
+
+void AclHelper::showIpAclRule( U32, U32, const AclDataPtrConst&, U32, Acl::UniqueId ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showIpAclRule" );
+}
+
+void AclHelper::showDropEntry( U32, U32, const AclDataPtrConst& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showDropEntry" );
+}
+
+void AclHelper::showSharedRaclData( U32, U32 ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "showSharedRaclData" );
+}
+
+bool AclHelper::aclCountersAllocated( const AclDataPtrConst& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "aclCountersAllocated" );
+}
+
+U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst&, U32, Acl::UniqueId ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "aclRuleCountersSinceLastPoll" );
+}
+
+}  // namespace Halyard

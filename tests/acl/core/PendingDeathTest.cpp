@@ -1,0 +1,91 @@
+// Operations whose behaviour is not written yet stop the process and name themselves; none
+// answers as if it had done its work.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "acl/HalyardAclSm.h"
+#include "platform/acl/RuleConfig.h"
+#include "platform/vesper/ActivityLock.h"
+#include "tests/acl/core/CoreSwitch.h"
+
+namespace AclCoreTest {
+namespace {
+
+using namespace Halyard;
+
+struct PendingCase {
+   std::string operation;
+   std::function<void( AclHelper&, const Fennel::AclData::Ptr& )> call;
+};
+
+void PrintTo( const PendingCase& c, std::ostream* os ) {
+   *os << c.operation;
+}
+
+class PendingDeathTest : public ::testing::TestWithParam<PendingCase> {
+ protected:
+   Vesper::ActivityLockGuard activity_;
+   CoreSwitch sw_{ { "trident2" } };
+   const AclHelper::Ptr helper_ = sw_.makeHelper();
+   const Fennel::AclData::Ptr aclData_ =
+       Fennel::aclDataFactory( Fennel::AclKey( "acl", Acl::ip_, Acl::in_ ) );
+};
+
+TEST_P( PendingDeathTest, StopsNamingTheOperation ) {
+   const PendingCase& c = GetParam();
+   EXPECT_DEATH( c.call( *helper_, aclData_ ),
+                 "Assertion `AclHelper::" + c.operation + " is not available yet' failed" );
+}
+
+const PendingCase pendingCases[] = {
+    { "precreateAcl",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.precreateAcl( a, nullptr ); } },
+    { "createMacAclRule",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
+         h.createMacAclRule( Acl::RuleConfig(), Acl::UniqueId( 1 ), a, 0 );
+      } },
+    { "createFinalAclRule",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
+         h.createFinalAclRule( Acl::ip_, a, 1 );
+      } },
+    { "prepareToCommit", []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.prepareToCommit(); } },
+    { "commitAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.commitAcl( a ); } },
+    { "destroyAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.destroyAcl( a ); } },
+    { "cleanupAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.cleanupAcl( a ); } },
+    { "updateAclPorts",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.updateAclPorts( a, true ); } },
+    { "blockIntf",
+      []( AclHelper& h, const Fennel::AclData::Ptr& ) {
+         h.blockIntf( Pylon::IntfId::ethernet( 1 ), true, 0 );
+      } },
+    { "intfSupportsAcl",
+      []( AclHelper& h, const Fennel::AclData::Ptr& ) {
+         h.intfSupportsAcl( Pylon::IntfId::ethernet( 1 ) );
+      } },
+    { "sharedAclDataForVlansSupported",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
+         h.sharedAclDataForVlansSupported( a->key() );
+      } },
+    { "verifyAclGeneral",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.verifyAclGeneral( a ); } },
+    { "showSharedRaclData",
+      []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.showSharedRaclData( 1, 0 ); } },
+    { "aclRuleCountersSinceLastPoll",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
+         h.aclRuleCountersSinceLastPoll( a, 10, Acl::UniqueId( 1 ) );
+      } },
+    { "destroyAclEntries",
+      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
+         h.destroyAclEntries( a, nullptr, aclFeatureSecurity );
+      } },
+    { "handleTcamExhaustion",
+      []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.handleTcamExhaustion( 0 ); } },
+};
+
+INSTANTIATE_TEST_SUITE_P( Operations, PendingDeathTest, ::testing::ValuesIn( pendingCases ),
+                          []( const auto& info ) { return info.param.operation; } );
+
+}  // namespace
+}  // namespace AclCoreTest

@@ -1,0 +1,189 @@
+// The rule-level records: the two indices of AclCommonUnitData, the name-in-use texts of a
+// rule made again with other values, the consistency cross-check, and the per-rule maps.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "acl/HalyardAclCommon.h"
+#include "platform/halyard/UdfData.h"
+#include "platform/vesper/ActivityLock.h"
+#include "platform/vesper/Exception.h"
+#include "platform/vesper/ValueText.h"
+#include "tests/acl/core/CoreSwitch.h"
+
+namespace AclCoreTest {
+namespace {
+
+using namespace Halyard;
+
+class RuleRecordsTest : public ::testing::Test {
+ protected:
+   std::string nameInUseError( Acl::UniqueId aclId, U32 ruleNum, bool dropAll ) {
+      try {
+         common_->aclRuleIs( aclId, ruleNum, dropAll );
+      } catch ( const Vesper::NameInUseException& e ) {
+         return e.what();
+      }
+      return "no exception";
+   }
+
+   Vesper::ActivityLockGuard activity_;
+   CoreSwitch sw_{ { "trident2" } };
+   const AclCommonUnitData::Ptr common_ =
+       aclCommonUnitDataFactory( 0, Acl::ip_, sw_.hcsd, sw_.groupMgr() );
+};
+
+TEST_F( RuleRecordsTest, NewProgrammerHasItsDefaults ) {
+   EXPECT_TRUE( common_->hasNotificationActive() );
+   EXPECT_EQ( common_->tcamGroupManager(), sw_.groupMgr() );
+   EXPECT_FALSE( common_->dirty() );
+   EXPECT_FALSE( common_->installed() );
+   EXPECT_TRUE( common_->canUseVfp() );
+   EXPECT_FALSE( common_->canUseStd() );
+   EXPECT_FALSE( common_->useIpv6High() );
+   EXPECT_FALSE( common_->useVni() );
+   EXPECT_TRUE( common_->aclRule().empty() );
+   EXPECT_TRUE( common_->aclRuleData().empty() );
+}
+
+TEST_F( RuleRecordsTest, RuleMadeAgainWithSameValuesIsTheSameRecord ) {
+   const AclRuleData::Ptr rule = common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false );
+   EXPECT_EQ( common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false ), rule );
+   EXPECT_EQ( rule->parent(), common_.ptr() );
+   EXPECT_EQ( rule->ruleNum(), 3u );
+   EXPECT_FALSE( rule->dropAll() );
+   EXPECT_TRUE( rule->hasNotificationActive() );
+   EXPECT_TRUE( common_->aclRuleData().empty() ) << "aclRuleIs leaves the id index alone";
+}
+
+TEST_F( RuleRecordsTest, RuleMadeAgainWithOtherValuesNamesTheAttribute ) {
+   common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false );
+   EXPECT_EQ( nameInUseError( Acl::UniqueId( 8 ), 3, false ),
+              "Reinstantiating the pointer interface where constructor parameter attribute "
+              "_aclId has a different value of 8 than the current value of 7 not allowed" );
+   EXPECT_EQ( nameInUseError( Acl::UniqueId( 7 ), 3, true ),
+              "Reinstantiating the pointer interface where constructor parameter attribute "
+              "_dropAll has a different value of true than the current value of false not "
+              "allowed" );
+   EXPECT_EQ( common_->aclRule().size(), 1u );
+   EXPECT_EQ( common_->aclRule( 3 )->aclId(), Acl::UniqueId( 7 ) );
+}
+
+TEST_F( RuleRecordsTest, CreateEntersBothIndicesAndAlwaysDropsAll ) {
+   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 21 ), 0, false );
+   EXPECT_TRUE( rule->dropAll() );
+   EXPECT_EQ( common_->aclRule( 0 ), rule );
+   EXPECT_EQ( common_->aclRuleData( Acl::UniqueId( 21 ) ), rule );
+   EXPECT_EQ( common_->getAclRuleDataForAclId( Acl::UniqueId( 21 ) ), rule );
+   EXPECT_EQ( common_->aclRuleCreate( Acl::UniqueId( 21 ), 0, false ), rule );
+}
+
+TEST_F( RuleRecordsTest, RulesWalkInRisingNumberWhateverTheOrderOfCreation ) {
+   for ( U32 ruleNum : { 9u, 2u, 40u, 0u, 7u } ) {
+      common_->aclRuleCreate( Acl::UniqueId( 100 + ruleNum ), ruleNum, true );
+   }
+   std::vector<U32> walked;
+   for ( const AclRuleData& rule : common_->aclRule() ) {
+      walked.push_back( rule.ruleNum() );
+   }
+   EXPECT_EQ( walked, ( std::vector<U32>{ 0, 2, 7, 9, 40 } ) );
+}
+
+TEST_F( RuleRecordsTest, DeletingFromOneIndexLeavesTheOther ) {
+   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
+   common_->aclRuleDataIs( Acl::UniqueId( 99 ), nullptr );
+   EXPECT_EQ( common_->aclRuleData().size(), 1u ) << "null for an absent id does nothing";
+
+   EXPECT_EQ( common_->aclRuleDel( 1 ), rule );
+   EXPECT_FALSE( common_->aclRuleHas( 1 ) );
+   EXPECT_EQ( common_->aclRuleData( Acl::UniqueId( 5 ) ), rule );
+   EXPECT_FALSE( common_->aclRuleDel( 1 ) );
+   common_->aclRuleDataIs( Acl::UniqueId( 5 ), nullptr );
+   EXPECT_TRUE( common_->aclRuleData().empty() );
+}
+
+TEST_F( RuleRecordsTest, CrossCheckPassesOnConsistentIndices ) {
+   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
+   EXPECT_EQ( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ), rule );
+   EXPECT_FALSE( common_->getAclRuleDataForAclId( Acl::UniqueId( 6 ) ) );
+}
+
+TEST_F( RuleRecordsTest, WithoutCrossCheckAnInconsistentIndexGoesUnnoticed ) {
+   common_->aclRuleIs( Acl::UniqueId( 5 ), 1, true );
+   EXPECT_FALSE( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ) );
+}
+
+using RuleRecordsDeathTest = RuleRecordsTest;
+
+TEST_F( RuleRecordsDeathTest, CrossCheckStopsOnARuleMissingFromTheIdIndex ) {
+   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   common_->aclRuleIs( Acl::UniqueId( 5 ), 1, true );
+   EXPECT_DEATH( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ),
+                 "Assertion `aclRuleIter\\.ptr\\(\\) == found' failed" );
+}
+
+TEST_F( RuleRecordsDeathTest, CrossCheckStopsOnAnIdWhoseRuleLeftTheNumberIndex ) {
+   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
+   common_->aclRuleDel( 1 );
+   EXPECT_DEATH( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ),
+                 "Assertion `!found' failed" );
+}
+
+TEST_F( RuleRecordsTest, EntryListsAreMadeOnDemandAndLookedUpPlainly ) {
+   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
+   EXPECT_FALSE( rule->entryList( 0 ) );
+   const AclEntryList::Ptr list = rule->entryListIs( 0 );
+   EXPECT_EQ( rule->entryListIs( 0 ), list );
+   EXPECT_EQ( list->subRuleNum(), 0u );
+   list->entryIs( 40 );
+   list->entryIs( 41 );
+   list->entryIs( 40 );
+   EXPECT_EQ( list->entryCount(), 2u );
+   EXPECT_TRUE( list->entryDel( 40 ) );
+   EXPECT_FALSE( list->entryDel( 40 ) );
+   EXPECT_FALSE( rule->portUpdateEntryList( 0 ) ) << "the two maps are apart";
+   EXPECT_NE( rule->portUpdateEntryListIs( 0 ), list );
+   EXPECT_EQ( rule->entryListDel( 0 ), list );
+   EXPECT_FALSE( rule->entryList( 0 ) );
+}
+
+TEST_F( RuleRecordsTest, EntryOriginsReadFalseUnlessSet ) {
+   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
+   EXPECT_FALSE( rule->entryFromVfp( 40 ) );
+   rule->entryFromVfpIs( 40, true );
+   rule->entryFromStdIs( 41, false );
+   EXPECT_TRUE( rule->entryFromVfp( 40 ) );
+   EXPECT_FALSE( rule->entryFromStd( 41 ) );
+   EXPECT_FALSE( rule->entryFromVni( 40 ) );
+   rule->entryFromVfpDel( 40 );
+   EXPECT_FALSE( rule->entryFromVfp( 40 ) );
+
+   const RangeCheckerDesc ports( 1024, 65535, rangeCheckerDstPort );
+   EXPECT_FALSE( rule->rangeChecker( ports ) );
+   rule->rangeCheckerIs( ports, 3 );
+   EXPECT_EQ( rule->rangeChecker( ports ), 3u );
+   EXPECT_EQ( rule->rangeCheckerDel( ports ), 3u );
+   EXPECT_TRUE( rule->rangeChecker().empty() );
+
+   EXPECT_EQ( rule->udfDataForRule().udfDataDel( QualIdList() ), UdfData() );
+   EXPECT_EQ( rule->lastReadValue(), 0u );
+}
+
+TEST( CommonRuleData, FactoryGivesAnEmptyResult ) {
+   const CommonRuleData::Ptr data = commonRuleDataFactory();
+   EXPECT_TRUE( data->hasNotificationActive() );
+   EXPECT_EQ( data->entryCount(), 0u );
+   EXPECT_FALSE( data->vfpEntry() );
+   EXPECT_FALSE( data->needed() );
+   EXPECT_FALSE( data->udfError() );
+   data->entryIs( 12 );
+   data->neededIs( true );
+   EXPECT_TRUE( data->entryHas( 12 ) );
+   EXPECT_TRUE( data->needed() );
+}
+
+}  // namespace
+}  // namespace AclCoreTest
