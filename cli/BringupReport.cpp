@@ -86,7 +86,7 @@ void writeFreeClasses( SimAgent& agent, U32 unit, std::ostream& os ) {
 void writeGroups( SimAgent& agent, U32 unit, std::ostream& os ) {
    const auto& gm = *agent.simSwitch().groupManager();
    os << "  TCAM groups:\n";
-   os << "    " << std::left << std::setw( 34 ) << "group" << std::setw( 6 ) << "stage"
+   os << "    " << std::left << std::setw( 40 ) << "group" << std::setw( 6 ) << "stage"
       << std::right << std::setw( 9 ) << "priority" << std::setw( 8 ) << "in use" << std::setw( 10 )
       << "capacity"
       << "\n";
@@ -98,7 +98,7 @@ void writeGroups( SimAgent& agent, U32 unit, std::ostream& os ) {
               : gm.unboundedEntryManager( assignment ).ptr();
       std::ostringstream name;
       name << Vesper::stringValue( assignment ) << " (" << U32( assignment ) << ")";
-      os << "    " << std::left << std::setw( 34 ) << name.str() << std::setw( 6 )
+      os << "    " << std::left << std::setw( 40 ) << name.str() << std::setw( 6 )
          << Sim::stageName( def.stage ) << std::right << std::setw( 9 ) << def.priority
          << std::setw( 8 ) << ( mgr ? mgr->entriesInUse( unit ) : 0 ) << std::setw( 10 )
          << def.capacity << "\n";

@@ -6,5 +6,4 @@ bash scripts/deps.sh
 cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release \
       -DHALYARD_TESTS=OFF -DHALYARD_BENCH=OFF >/dev/null
 cmake --build build/release -j2 --target halyard-acl
-./build/release/cli/halyard-acl --version
-./build/release/cli/halyard-acl --help
+./build/release/cli/halyard-acl demo "$@"

@@ -1,5 +1,7 @@
 #include "sim/chip/PortBitmap.h"
 
+#include <optional>
+
 namespace Sim {
 
 PortBitmap PortBitmap::firstPorts( U32 count ) {
@@ -57,15 +59,32 @@ PortBitmap PortBitmap::operator~() const {
 }
 
 std::string PortBitmap::text() const {
+   // Runs of three or more ports print as a range, so that a whole unit's ports stay short.
    std::string s = "{";
-   bool first = true;
-   forEach( [&]( U32 p ) {
-      if ( !first ) {
+   std::optional<U32> runStart, runEnd;
+   auto flush = [&] {
+      if ( !runStart ) {
+         return;
+      }
+      if ( s.size() > 1 ) {
          s += ",";
       }
-      s += std::to_string( p );
-      first = false;
+      s += std::to_string( *runStart );
+      if ( *runEnd == *runStart + 1 ) {
+         s += "," + std::to_string( *runEnd );
+      } else if ( *runEnd > *runStart ) {
+         s += "-" + std::to_string( *runEnd );
+      }
+   };
+   forEach( [&]( U32 p ) {
+      if ( runEnd && p == *runEnd + 1 ) {
+         runEnd = p;
+         return;
+      }
+      flush();
+      runStart = runEnd = p;
    } );
+   flush();
    return s + "}";
 }
 

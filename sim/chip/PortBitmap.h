@@ -63,7 +63,7 @@ class PortBitmap {
       }
    }
 
-   // Ports as a list, "{}" or "{1,2,7}": for test failure messages and dumps.
+   // Ports as a list, "{}", "{1,2,7}" or "{0-32,40}": for test failure messages and dumps.
    std::string text() const;
 
  private:

@@ -79,3 +79,30 @@ TEST_F( ChipTest, PacketsFromOrToPortsTheChipLacksAreRefused ) {
 
 }  // namespace
 }  // namespace Sim
+
+namespace {
+
+// Dumps print port runs as ranges; a wrong boundary would misreport which ports an entry keys.
+struct BitmapTextCase {
+   std::vector<U32> ports;
+   const char* text;
+};
+
+class PortBitmapTextTest : public ::testing::TestWithParam<BitmapTextCase> {};
+
+TEST_P( PortBitmapTextTest, RunsPrintAsRanges ) {
+   Sim::PortBitmap b;
+   for ( U32 p : GetParam().ports ) {
+      b.set( p );
+   }
+   EXPECT_EQ( b.text(), GetParam().text );
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, PortBitmapTextTest,
+    ::testing::Values( BitmapTextCase{ {}, "{}" }, BitmapTextCase{ { 5 }, "{5}" },
+                       BitmapTextCase{ { 1, 2 }, "{1,2}" }, BitmapTextCase{ { 1, 2, 3 }, "{1-3}" },
+                       BitmapTextCase{ { 0, 1, 2, 3, 7, 9, 10 }, "{0-3,7,9,10}" },
+                       BitmapTextCase{ { 63, 64, 65, 255 }, "{63-65,255}" } ) );
+
+}  // namespace
