@@ -64,32 +64,8 @@ TEST_F( AclSmTest, WithoutAFactoryTheMachineIsPlainAndBuiltFromItsInputs ) {
                 ElementsAre( "Fennel::AclSm::create: no generic layer registered, the machine "
                              "drives nothing" ) );
    EXPECT_TRUE( isExactly<AclSm>( sm ) );
-   EXPECT_EQ( "Fennel::AclSm", sm->fwkType().name() );
-   EXPECT_FALSE( sm->hasNotificationActive() );
    EXPECT_TRUE( sm->builtFrom( inputs_ ) );
    EXPECT_EQ( inputs_, sm->inputs() );
-}
-
-TEST_F( AclSmTest, TheFourteenParameterFormGivesEachInputItsAccessor ) {
-   const AclSmInputs& i = inputs_;
-   const AclSm::Ptr sm =
-       AclSm::create( i.fcsd, i.mainConfig, i.aclParamConfig, i.intfConfigDir, i.intfConfigCli,
-                      i.hwConfigDir, i.status, i.aclCauseStatus, i.lagInputConfig, i.aclHelper,
-                      i.clock, i.brConfig, i.subIntfStatusDir, i.subIntfConfigDir );
-   EXPECT_EQ( i.fcsd, sm->fcsd() );
-   EXPECT_EQ( i.mainConfig, sm->mainConfig() );
-   EXPECT_EQ( i.aclParamConfig, sm->aclParamConfig() );
-   EXPECT_EQ( i.intfConfigDir, sm->intfConfigDir() );
-   EXPECT_EQ( i.intfConfigCli, sm->intfConfigCli() );
-   EXPECT_EQ( i.hwConfigDir, sm->hwConfigDir() );
-   EXPECT_EQ( i.status, sm->status() );
-   EXPECT_EQ( i.aclCauseStatus, sm->aclCauseStatus() );
-   EXPECT_EQ( i.lagInputConfig, sm->lagInputConfig() );
-   EXPECT_EQ( i.aclHelper, sm->aclHelper() );
-   EXPECT_EQ( i.clock, sm->clock() );
-   EXPECT_EQ( i.brConfig, sm->brConfig() );
-   EXPECT_EQ( i.subIntfStatusDir, sm->subIntfStatusDir() );
-   EXPECT_EQ( i.subIntfConfigDir, sm->subIntfConfigDir() );
 }
 
 TEST_F( AclSmTest, BuiltFromComparesEveryInputByIdentity ) {
@@ -169,15 +145,6 @@ TEST_F( AclSmTest, AMachineWithoutABackEndIsAllowed ) {
    const AclSm::Ptr sm = AclSm::create( inputs_ );
    EXPECT_FALSE( sm->aclHelper() );
    EXPECT_TRUE( sm->builtFrom( inputs_ ) );
-}
-
-TEST_F( AclSmTest, NotificationsSwitchLikeAnyCountedObject ) {
-   const AclSm::Ptr sm = AclSm::create( inputs_ );
-   sm->hasNotificationActiveIs( true );
-   EXPECT_TRUE( sm->hasNotificationActive() );
-   sm->hasNotificationActiveIs( false );
-   EXPECT_FALSE( sm->hasNotificationActive() );
-   EXPECT_EQ( 1u, sm->references() );
 }
 
 }  // namespace

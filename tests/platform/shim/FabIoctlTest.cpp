@@ -72,12 +72,6 @@ TEST_F( FabIoctlTest, CommandIsCutToTheBuffer ) {
    EXPECT_EQ( "ioctl 17 255 " + std::string( Shim::fabCommandSize - 1, 'x' ), fabric_.steps[1] );
 }
 
-TEST_F( FabIoctlTest, DeviceCanBeReplacedAndRestored ) {
-   EXPECT_EQ( &fabric_, &Shim::fabricDevice() );
-   Shim::fabricDeviceIs( nullptr );
-   EXPECT_NE( &fabric_, &Shim::fabricDevice() );
-}
-
 using FabIoctlDeathTest = FabIoctlTest;
 
 TEST_F( FabIoctlDeathTest, OpenFailureNamesTheDevice ) {

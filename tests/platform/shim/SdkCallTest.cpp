@@ -93,7 +93,7 @@ TEST_P( SdkCheckSuccessTest, YieldsTheCodeAndTracesIt ) {
 }
 
 INSTANTIATE_TEST_SUITE_P( ZeroAndPositive, SdkCheckSuccessTest,
-                          ::testing::Values( 0, 1, 2, 255, INT_MAX ) );
+                          ::testing::Values( 0, 1, INT_MAX ) );
 
 // The read-back forms hand every code back, however unusual, and never stop.
 class SdkUncheckedTest : public SdkCallTest, public ::testing::WithParamInterface<int> {};
@@ -121,8 +121,7 @@ TEST_P( SdkUncheckedTest, NoCheckHandsTheCodeBack ) {
                 ElementsAre( lineOf( line, "bcm_field_entry_dump( 0, 9 ) no rc check" ) ) );
 }
 
-INSTANTIATE_TEST_SUITE_P( AnyCode, SdkUncheckedTest,
-                          ::testing::Values( 0, 3, -1, -7, -1000, INT_MIN ) );
+INSTANTIATE_TEST_SUITE_P( AnyCode, SdkUncheckedTest, ::testing::Values( 3, -7, INT_MIN ) );
 
 TEST_F( SdkCallTest, NoCheckTakesCallsWithoutResult ) {
    bool heldDuringCall = true;
@@ -162,7 +161,7 @@ TEST_P( SdkTraceLevelTest, RingTakesItsLinesWhateverTheLevels ) {
    EXPECT_EQ( GetParam() == 4 ? 2u : 0u, trace_.lines().size() );
 }
 
-INSTANTIATE_TEST_SUITE_P( Levels, SdkTraceLevelTest, ::testing::Values( 0, 3, 4, 5, 9 ) );
+INSTANTIATE_TEST_SUITE_P( Levels, SdkTraceLevelTest, ::testing::Values( 3, 4, 5 ) );
 
 // Without a capture, lines reach the sink: it sees whether the lock is held.
 TEST( SdkTraceLockTest, TraceLinesAreWrittenWithTheLockHeld ) {
@@ -241,13 +240,6 @@ TEST_F( SdkCheckDeathTest, SpindleFormFailsTheSameWay ) {
                                       "bcm_field_action_add( 2, 11, bcmFieldActionDrop, 0, "
                                       "0 ) API ERROR:Entry not found (-1)" ),
                               "Assertion `0' failed." ) );
-}
-
-TEST_F( SdkCheckDeathTest, EveryNegativeCodeStops ) {
-   for ( int rc : { -1, -7, INT_MIN } ) {
-      fake_.rcFor["bcm_field_action_add"] = rc;
-      EXPECT_DEATH( failingDrop( true ), "\\(" + std::to_string( rc ) + "\\)" );
-   }
 }
 
 }  // namespace

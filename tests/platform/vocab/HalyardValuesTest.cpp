@@ -21,11 +21,8 @@ using HalyardTypes::HalyardPort;
 TEST( HalyardPortTest, PacksUnitLowAndPortHigh ) {
    HalyardPort p( 3, 0x1234 );
    EXPECT_EQ( 0x12340003u, p.value() );
-   EXPECT_EQ( 3u, p.unit() );
-   EXPECT_EQ( 0x1234u, p.port() );
    EXPECT_EQ( p, HalyardPort::fromValue( 0x12340003u ) );
-   HalyardPort edge( 0xFFFF, 0xFFFF );
-   EXPECT_EQ( 0xFFFFFFFFu, edge.value() );
+   EXPECT_EQ( 0xFFFFFFFFu, HalyardPort( 0xFFFF, 0xFFFF ).value() );
    VocabTest::expectThrowText<Vesper::RangeException>( [] { HalyardPort( 0x10000, 0 ); },
                                                        "HalyardPort::unit > 0xFFFF not allowed" );
    VocabTest::expectThrowText<Vesper::RangeException>( [] { HalyardPort( 0, 0x10000 ); },
@@ -53,13 +50,14 @@ TEST( UdfDataTest, TextHasTheStatedFormAndRoundTrips ) {
 }
 
 TEST( UdfDataTest, EqualityCoversAllFiveFields ) {
-   UdfData base( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 5 );
-   EXPECT_EQ( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 5 ) );
-   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Payload, 2, 3, 4, 5 ) );
-   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 9, 3, 4, 5 ) );
-   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 9, 4, 5 ) );
-   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 9, 5 ) );
-   EXPECT_NE( base, UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 9 ) );
+   const UdfData base( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 5 );
+   for ( const UdfData& other : { UdfData( Halyard::udfOffsetBaseL2Payload, 2, 3, 4, 5 ),
+                                  UdfData( Halyard::udfOffsetBaseL2Header, 9, 3, 4, 5 ),
+                                  UdfData( Halyard::udfOffsetBaseL2Header, 2, 9, 4, 5 ),
+                                  UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 9, 5 ),
+                                  UdfData( Halyard::udfOffsetBaseL2Header, 2, 3, 4, 9 ) } ) {
+      EXPECT_NE( base, other ) << other;
+   }
 }
 
 TEST( UdfDataTest, OutOfRangeFieldIsNamed ) {
@@ -77,8 +75,6 @@ TEST( QualIdListTest, IsASetWhateverTheOrderOfInsertion ) {
    b.qualIdIs( 1 );
    b.qualIdIs( 7 );
    EXPECT_EQ( a, b );
-   EXPECT_EQ( 2u, a.size() );
-   EXPECT_EQ( a.hash(), b.hash() );
    // Pinned: Python oaat (see HalyardAclTypeDirectionFeatureTest) over the
    // ids 1, 7 as little-endian 32-bit words.
    EXPECT_EQ( 0xcf36f09eu, a.hash() );
@@ -93,7 +89,6 @@ TEST( QualIdListTest, TextRoundTrips ) {
    QualIdList list{ 42, 3 };
    EXPECT_EQ( "Value('Halyard::QualIdList', ** {'qualId': [3, 42]})", valueToStrep( list ) );
    EXPECT_EQ( list, Halyard::strepToValue<QualIdList>( valueToStrep( list ) ) );
-   EXPECT_EQ( QualIdList(), Halyard::strepToValue<QualIdList>( valueToStrep( QualIdList() ) ) );
 }
 
 TEST( RangeCheckerDescTest, HashIsPinnedOverThreeWords ) {
@@ -102,7 +97,6 @@ TEST( RangeCheckerDescTest, HashIsPinnedOverThreeWords ) {
    EXPECT_EQ( 0xe31dbcfbu, RangeCheckerDesc( 1024, 65535, Halyard::rangeCheckerDstPort ).hash() );
    EXPECT_EQ( 0x131edfe9u, RangeCheckerDesc( 80, 80, Halyard::rangeCheckerSrcPort ).hash() );
    EXPECT_EQ( 0x8a4e8078u, RangeCheckerDesc( 64, 1500, Halyard::rangeCheckerIpLength ).hash() );
-   EXPECT_EQ( 0x100u, Halyard::rangeCheckerIpLength );
 }
 
 TEST( RangeCheckerDescTest, SameRangeOfAnotherTypeIsAnotherKey ) {
@@ -154,20 +148,6 @@ TEST( AclRuleUdfDataDeathTest, ParsingStopsOnTheAssertion ) {
    EXPECT_DEATH( Halyard::strepToValue<AclRuleUdfData>( "anything" ),
                  "Assertion `!\"No String constructor for AclRuleUdfData - has collection\"' "
                  "failed" );
-}
-
-TEST( HalyardConstantsTest, ClassBitsAreDistinctFlagsOfTheClassSpace ) {
-   EXPECT_EQ( 0x04u, HalyardCentral::classDropRoutedTraffic_ );
-   EXPECT_EQ( 0x08u, Halyard::classVfpAclDrop_ );
-   EXPECT_EQ( 0x10u, Halyard::classVfpAclLog_ );
-   EXPECT_EQ( 0x40u, Halyard::classSkipAcls_ );
-   EXPECT_EQ( 0xFFu, Halyard::aclIntfClassMask );
-   EXPECT_EQ( 0u, HalyardCentral::classDropRoutedTraffic_ & Halyard::classVfpAclDrop_ );
-   EXPECT_EQ( 0xFFFF, static_cast<U16>( Halyard::intfClassInvalid ) );
-   EXPECT_EQ( 8192u, 1u << Halyard::ruleNumBits );
-   EXPECT_EQ( 0u, Halyard::cpuCosqDrop_ );
-   EXPECT_EQ( 10u, Halyard::TC_ACL_LOG );
-   EXPECT_EQ( 2u, Halyard::UDF_QUAL_LENGTH );
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// Combining the actions of several hits: family by family, the group of higher priority wins a
-// conflict; drops and egress masks add up; a later stage overrides an earlier one.
+// Combining the actions of several hits: a later stage overrides an earlier one, the CPU copy
+// and its cancel are one family, and actions read back as stored. Conflicts between groups,
+// drops and egress masks are tested end to end in tests/sim/lookup.
 #include <functional>
 
 #include "tests/sim/chip/ChipFixture.h"
@@ -36,21 +37,6 @@ struct Family {
 
 class FamilyConflict : public ActionCombineTest, public ::testing::WithParamInterface<Family> {};
 
-TEST_P( FamilyConflict, HigherGroupPriorityWinsBetweenGroups ) {
-   const Family& f = GetParam();
-   withAction( kIfp, f.action, 7 );
-   withAction( kIfpLow, f.action, 9 );
-   Verdict v = chip.lookup( tcp() );
-   EXPECT_EQ( 7u, f.read( v ) ) << v.text();
-   ASSERT_EQ( 2u, v.hits.size() );
-
-   // Raise the other group above: its value wins now, with no entry touched.
-   ASSERT_EQ( Status::Ok, chip.groupPriorityIs( kIfpLow, 50 ) );
-   v = chip.lookup( tcp() );
-   EXPECT_EQ( 9u, f.read( v ) ) << v.text();
-   EXPECT_EQ( kIfpLow, v.hits.front().group );
-}
-
 TEST_P( FamilyConflict, LaterStageOverridesEarlier ) {
    const Family& f = GetParam();
    withAction( kVfp, f.action, 3 );
@@ -69,25 +55,6 @@ INSTANTIATE_TEST_SUITE_P(
         Family{ "SourceClass", ActionId::ClassSourceSet,
                 []( const Verdict& v ) { return std::optional<U32>( v.sourceClass ); } } ),
     []( const auto& info ) { return std::string( info.param.name ); } );
-
-TEST_F( ActionCombineTest, DropFromAnyGroupDrops ) {
-   withAction( kIfp, ActionId::CosQCpuNew, 1 );
-   EntryId drop = withAction( kIfpLow, ActionId::Drop, 0 );
-   Verdict v = chip.lookup( tcp() );
-   EXPECT_TRUE( v.dropped );
-   EXPECT_EQ( PortBitmap{}, v.egressPorts );
-   EXPECT_EQ( drop, v.hitIn( kIfpLow ) );
-   EXPECT_EQ( 1u, v.cpuQueue );
-}
-
-TEST_F( ActionCombineTest, EgressMasksOfAllHitsAddUp ) {
-   withMask( kIfp, PortBitmap{ 3, 4 } );
-   withMask( kIfpLow, PortBitmap{ 4, 6 } );
-   Verdict v = chip.lookup( tcp().egressPortsIs( PortBitmap{ 2, 3, 4, 5, 6 } ) );
-   EXPECT_EQ( ( PortBitmap{ 2, 5 } ), v.egressPorts );
-   EXPECT_FALSE( v.dropped );
-   EXPECT_TRUE( v.forwarded() );
-}
 
 TEST_F( ActionCombineTest, CpuCopyAndCancelAreOneFamily ) {
    withAction( kIfp, ActionId::SwitchToCpuCancel, 0 );

@@ -1,67 +1,13 @@
-// InPorts: a port p matches unless the mask has p and the data has not; and the ingress
-// port's egress block mask.
-#include <tuple>
-
+// The egress block masks by module, and ports the chip lacks. InPorts matching is tested end
+// to end in tests/sim/lookup.
 #include "tests/sim/chip/ChipFixture.h"
 
 namespace Sim {
 namespace {
 
-struct InPortsCase {
-   const char* name;
-   PortBitmap data;
-   PortBitmap mask;
-   U32 port;
-   bool matches;
-};
-
-class InPortsMatch : public ChipTest, public ::testing::WithParamInterface<InPortsCase> {};
-
-TEST_P( InPortsMatch, ZeroDataUnderOneMaskRefusesThePort ) {
-   const InPortsCase& c = GetParam();
-   EntryId e = entry( kIfp );
-   ASSERT_EQ( Status::Ok, chip.inPortsIs( e, c.data, c.mask ) );
-   install( e );
-   Verdict v = chip.lookup( tcp().ingressPortIs( c.port ) );
-   EXPECT_EQ( c.matches ? std::optional<EntryId>( e ) : std::nullopt, v.hitIn( kIfp ) );
-   EXPECT_EQ( ( InPortsValue{ c.data, c.mask } ), chip.inPorts( e ) );
-}
-
-const PortBitmap kAll = PortBitmap::firstPorts( 32 );
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, InPortsMatch,
-    ::testing::Values(
-        InPortsCase{ "MemberOfFullMask", PortBitmap{ 1, 3 }, kAll, 3, true },
-        InPortsCase{ "NotMemberOfFullMask", PortBitmap{ 1, 3 }, kAll, 4, false },
-        InPortsCase{ "EmptyDataRefusesAll", PortBitmap{}, kAll, 1, false },
-        InPortsCase{ "PortOutsideMaskMatches", PortBitmap{}, PortBitmap{ 1, 2 }, 5, true },
-        InPortsCase{ "EmptyMaskMatchesAll", PortBitmap{}, PortBitmap{}, 0, true },
-        InPortsCase{ "MemberUnderPartialMask", PortBitmap{ 9 }, PortBitmap{ 9 }, 9, true },
-        InPortsCase{ "NonMemberUnderPartialMask", PortBitmap{ 8 }, PortBitmap{ 9 }, 9, false } ),
-    []( const auto& info ) { return std::string( info.param.name ); } );
-
-TEST_F( ChipTest, NewPortsOnALiveEntryTakeEffectAtReinstall ) {
-   EntryId e = entry( kIfp );
-   ASSERT_EQ( Status::Ok, chip.inPortsIs( e, PortBitmap{ 1 }, kAll ) );
-   install( e );
-   ASSERT_EQ( Status::Ok, chip.inPortsIs( e, PortBitmap{ 4 }, kAll ) );
-   EXPECT_EQ( true, chip.entryPending( e ) );
-   EXPECT_EQ( e, chip.lookup( tcp().ingressPortIs( 1 ) ).hitIn( kIfp ) );
-   install( e );
-   EXPECT_EQ( std::nullopt, chip.lookup( tcp().ingressPortIs( 1 ) ).hitIn( kIfp ) );
-   EXPECT_EQ( e, chip.lookup( tcp().ingressPortIs( 4 ) ).hitIn( kIfp ) );
-}
-
-TEST_F( ChipTest, EgressBlockMaskOfTheIngressPortLimitsDestinations ) {
+TEST_F( ChipTest, EgressBlockMasksArePerModule ) {
    EXPECT_EQ( PortBitmap::firstPorts( kPorts ), chip.ports().egressMask( 1, 0 ) );
    ASSERT_EQ( Status::Ok, chip.ports().egressMaskIs( 1, kAllModules, PortBitmap{ 2, 3 } ) );
-   Verdict v = chip.lookup( tcp().egressPortsIs( PortBitmap{ 2, 4 } ) );
-   EXPECT_EQ( PortBitmap{ 2 }, v.egressPorts );
-   // Other ingress ports keep their own (full) masks.
-   EXPECT_EQ(
-       ( PortBitmap{ 2, 4 } ),
-       chip.lookup( tcp().ingressPortIs( 5 ).egressPortsIs( PortBitmap{ 2, 4 } ) ).egressPorts );
 
    // A mask for one module overrides the default for that module only.
    ASSERT_EQ( Status::Ok, chip.ports().egressMaskIs( 1, 7, PortBitmap{ 4 } ) );

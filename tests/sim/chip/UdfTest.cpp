@@ -28,21 +28,6 @@ TEST_F( UdfTest, PayloadBytesAfterTheL4Header ) {
    EXPECT_TRUE( hits( e, udp ) );
 }
 
-TEST_F( UdfTest, L4HeaderBaseReadsThePorts ) {
-   // Bytes 2 and 3 of the layer 4 header: the destination port.
-   EntryId e = udfEntry( UdfBase::L4Header, 2, { 0x01, 0xBB }, { 0xFF, 0xFF } );
-   EXPECT_TRUE( hits( e, tcp( 443 ) ) );
-   EXPECT_FALSE( hits( e, tcp( 444 ) ) );
-}
-
-TEST_F( UdfTest, L3BaseFollowsAVlanTag ) {
-   // Byte 9 of the IPv4 header is the protocol, whether or not a tag comes before it.
-   EntryId e = udfEntry( UdfBase::L3Header, 9, { kProtoTcp }, { 0xFF } );
-   EXPECT_TRUE( hits( e, tcp() ) );
-   EXPECT_TRUE( hits( e, tcp().taggedIs( 100 ) ) );
-   EXPECT_FALSE( hits( e, Packet::udp4( 1, 2, 3, 4 ).ingressPortIs( 1 ) ) );
-}
-
 TEST_F( UdfTest, L2BaseCountsFromTheFrame ) {
    // Bytes 12 and 13: the TPID of a tagged frame.
    EntryId e = udfEntry( UdfBase::L2Header, 12, { 0x81, 0x00 }, { 0xFF, 0xFF } );
