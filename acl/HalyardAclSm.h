@@ -704,6 +704,16 @@ class AclHelper : public FennelHelper::AclHelper {
                                 HalyardL3::L3SliceAgentStatus::Ptr,
                                 HalyardL3::L3IntfStatus::PtrConst, bool );
 
+   // The TCAM group of a mirroring feature: its manager, group manager and group number.
+   struct MirroringGroup {
+      UnboundedManagerPtr manager;
+      HalyardTcamGroupManager::Ptr gm;
+      U8 groupId;
+   };
+   // Stops the process unless `feature` is a mirroring feature whose manager stands on a
+   // mirroring group.
+   MirroringGroup mirroringGroup( HalyardAclFeature feature ) const;
+
    void handleInitialized();
    // After a change of the dirty flag: a clean helper has no dirty unit.
    void handleDirty();
@@ -754,7 +764,7 @@ AclHelper::Ptr aclHelperFactory(
 // class of the port `sp` (unit in the low 16 bits, port in the high 16) from the port table's
 // group id: read the row, set the field to 1, write the row back. The L-port form holds that
 // table's own lock for it. They call the SDK directly, so they run inside the bracket of an SDK
-// form, with the activity lock given up, and the port-table form under the unit's port lock:
+// form, with the activity lock given up, and under the unit's port lock:
 //    SDK_NO_CHECK( PORT_LOCK_INTERNAL_NO_CHK( sp.unit(), setPortTabUsePortTableGroupId( sp ) ) )
 // The result is the last SDK code, which the callers ignore by design; a row that cannot be
 // read is not written back.

@@ -21,6 +21,19 @@ void delAllByKeys( Map& map ) {
    }
 }
 
+// The member of `key`, or the record that `make` builds (notifications on), entered under
+// its key: the keyed creators return a standing member as it is.
+template <class Map, class Key, class Make>
+auto standingOrNew( Map& map, const Key& key, Make make ) -> decltype( make() ) {
+   if ( auto present = map.find( key ) ) {
+      return present;
+   }
+   auto record = make();
+   record->hasNotificationActiveIs( true );
+   map.insert( record );
+   return record;
+}
+
 }  // namespace
 
 HalyardAclTypeDirectionFeature typeDirectionFeatureOf(
@@ -218,12 +231,8 @@ AclHelper::TypeDirectionFeatureSmPtr AclHelper::getHalyardAclTypeDirectionFeatur
 // ---- AclHelper: ACL records
 
 HalyardAclData::Ptr AclHelper::halyardAclDataIs( const Fennel::AclKey& key ) {
-   if ( HalyardAclData::Ptr present = halyardAclData_.find( key ) ) {
-      return present;
-   }
-   HalyardAclData::Ptr data = halyardAclDataFactory( key );
-   halyardAclData_.insert( data );
-   return data;
+   return standingOrNew( halyardAclData_, key,
+                         [&] { return HalyardAclData::Ptr( new HalyardAclData( key ) ); } );
 }
 
 void AclHelper::halyardAclDataDelAll() {
@@ -255,13 +264,9 @@ void AclHelper::createCommonUnitData( const AclUnitData::Ptr& unitData ) {
 // ---- AclHelper: per-unit records
 
 VfpAclTypeForPort::Ptr AclHelper::vfpAclTypeForUnitIs( U32 unit ) {
-   if ( VfpAclTypeForPort::Ptr present = vfpAclTypeForUnit_.find( unit ) ) {
-      return present;
-   }
-   VfpAclTypeForPort::Ptr record( new VfpAclTypeForPort( unit ) );
-   record->hasNotificationActiveIs( true );
-   vfpAclTypeForUnit_.insert( record );
-   return record;
+   return standingOrNew( vfpAclTypeForUnit_, unit, [unit] {
+      return VfpAclTypeForPort::Ptr( new VfpAclTypeForPort( unit ) );
+   } );
 }
 
 void AclHelper::vfpAclTypeForUnitDelAll() {
@@ -269,13 +274,9 @@ void AclHelper::vfpAclTypeForUnitDelAll() {
 }
 
 HalyardIntfClassData::Ptr AclHelper::halyardIntfClassDataIs( U32 unit ) {
-   if ( HalyardIntfClassData::Ptr present = halyardIntfClassData_.find( unit ) ) {
-      return present;
-   }
-   HalyardIntfClassData::Ptr record( new HalyardIntfClassData( unit ) );
-   record->hasNotificationActiveIs( true );
-   halyardIntfClassData_.insert( record );
-   return record;
+   return standingOrNew( halyardIntfClassData_, unit, [unit] {
+      return HalyardIntfClassData::Ptr( new HalyardIntfClassData( unit ) );
+   } );
 }
 
 void AclHelper::halyardIntfClassDataDelAll() {

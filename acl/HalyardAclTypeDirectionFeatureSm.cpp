@@ -24,9 +24,6 @@ constexpr HalyardAclFeature aclFeatureMirroring4_ = aclFeatureMirroring4;
 constexpr HalyardAclFeature aclFeatureUrpfTHxV4Exception_ = aclFeatureUrpfTHxV4Exception;
 constexpr HalyardAclFeature aclFeatureUrpfTHxV4V6Exception_ = aclFeatureUrpfTHxV4V6Exception;
 
-// An ingress class comes from the unit-wide pool and owns every bit of the port's class.
-constexpr U8 ingressIntfClassMask = 0xFF;
-
 // The share of the egress class that one ACL type owns, and its classes in push order.
 struct EgressClassShare {
    U8 mask;
@@ -167,7 +164,8 @@ AclTypeUnitData::Ptr HalyardAclTypeDirectionFeatureSm::unitDataIs( U32 unit ) {
 void HalyardAclTypeDirectionFeatureSm::handleInitialized() {
    groupManagerIs( entryManager_->groupManager() );
    if ( direction() == Acl::AclDirection::in ) {
-      intfClassMaskIs( ingressIntfClassMask );
+      // An ingress class comes from the unit-wide pool and owns every bit of the port's class.
+      intfClassMaskIs( AclHelper::aclIntfClassMask_ );
    } else {
       for ( const auto& unitIter : aclHelper_->hcsd()->halyardModId() ) {
          egressPoolIs( unitIter.key() );
@@ -229,39 +227,41 @@ void checkFeatureIsUrpfException( HalyardAclFeature feature ) {
 
 }  // namespace
 
+// Checks that `feature` is a mirroring feature whose manager stands on a mirroring group, and
+// names that group.
+AclHelper::MirroringGroup AclHelper::mirroringGroup( HalyardAclFeature feature ) const {
+   checkFeatureIsMirroring( feature );
+   VESPER_ASSERT( mirroringAclEntryManager( feature ) );
+   UnboundedManagerPtr manager = mirroringAclEntryManager( feature );
+   HalyardTcamGroupManager::Ptr gm = manager->groupManager();
+   const U8 groupId = groupIdOf( *manager );
+   VESPER_ASSERT( gm->groupMirroringAclValid( groupId ) );
+   return { std::move( manager ), std::move( gm ), groupId };
+}
+
 // A mirroring group holds the entries of one ACL type at a time: the first machine made on it
-// records its type, and another type is refused until the machine is dropped.
+// records its type, and another type is refused until a clear of the group forgets it.
 void AclHelper::setMirroringHalyardAclTypeDirectionFeatureSm( Acl::AclType type,
                                                               Acl::AclDirection direction,
                                                               HalyardAclFeature feature ) {
-   checkFeatureIsMirroring( feature );
-   VESPER_ASSERT( mirroringAclEntryManager( feature ) );
-   const UnboundedManagerPtr manager = mirroringAclEntryManager( feature );
-   const HalyardTcamGroupManager::Ptr gm = manager->groupManager();
-   const U8 groupId = groupIdOf( *manager );
-   VESPER_ASSERT( gm->groupMirroringAclValid( groupId ) );
-   const int recorded = gm->groupMirroringAclType( groupId );
+   const MirroringGroup group = mirroringGroup( feature );
+   const int recorded = group.gm->groupMirroringAclType( group.groupId );
    if ( recorded == groupMirroringAclTypeNone ) {
-      gm->groupMirroringAclTypeIs( groupId, static_cast<int>( type ) );
+      group.gm->groupMirroringAclTypeIs( group.groupId, static_cast<int>( type ) );
    } else {
       const Acl::AclType groupAclType = static_cast<Acl::AclType>( recorded );
       VESPER_ASSERT( type == groupAclType );
    }
    halyardAclTypeDirectionFeatureSmIs( HalyardAclTypeDirectionFeature( type, direction, feature ),
-                                       this, manager, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                       nullptr );
+                                       this, group.manager, nullptr, nullptr, nullptr, nullptr,
+                                       nullptr, nullptr );
 }
 
 void AclHelper::clearMirroringHalyardAclTypeDirectionFeatureSm( Acl::AclType type,
                                                                 Acl::AclDirection direction,
                                                                 HalyardAclFeature feature ) {
-   checkFeatureIsMirroring( feature );
-   VESPER_ASSERT( mirroringAclEntryManager( feature ) );
-   const UnboundedManagerPtr manager = mirroringAclEntryManager( feature );
-   const HalyardTcamGroupManager::Ptr gm = manager->groupManager();
-   const U8 groupId = groupIdOf( *manager );
-   VESPER_ASSERT( gm->groupMirroringAclValid( groupId ) );
-   gm->groupMirroringAclTypeIs( groupId, groupMirroringAclTypeNone );
+   const MirroringGroup group = mirroringGroup( feature );
+   group.gm->groupMirroringAclTypeIs( group.groupId, groupMirroringAclTypeNone );
    halyardAclTypeDirectionFeatureSmDel(
        HalyardAclTypeDirectionFeature( type, direction, feature ) );
 }

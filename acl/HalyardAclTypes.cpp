@@ -125,10 +125,4 @@ bool HalyardAclData::oneActivePort() const {
    return false;
 }
 
-HalyardAclData::Ptr halyardAclDataFactory( Fennel::AclKey key ) {
-   HalyardAclData::Ptr data( new HalyardAclData( std::move( key ) ) );
-   data->hasNotificationActiveIs( true );
-   return data;
-}
-
 }  // namespace Halyard

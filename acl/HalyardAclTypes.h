@@ -171,7 +171,4 @@ class HalyardAclData : public Vesper::PtrInterface {
    UnitDataMap unitData_;
 };
 
-// A new record for the key, with no units and notifications on.
-HalyardAclData::Ptr halyardAclDataFactory( Fennel::AclKey key );
-
 }  // namespace Halyard
