@@ -35,7 +35,7 @@ void addCpuCopyCancel( U32 unit, U32 entry ) {
 void addIngressEgressMask( U32 unit, const HalyardTcamGroupManager& groupMgr, U32 entry ) {
    SDK_CHECK(
        bcm_field_action_ports_add( unit, entry, bcmFieldActionEgressMask, PBMP_PORT_ALL( unit ) ) );
-   Shim::fpActionAdd( entry, " EgressMask ", fpPbmpText( PBMP_PORT_ALL( unit ) ) );
+   Shim::fpActionAdd( entry, " EgressMask ", FpPbmp{ PBMP_PORT_ALL( unit ) } );
    if ( chipAttributesForUnit( groupMgr, unit )->needsHgTrunkCancel() ) {
       SDK_CHECK( bcm_field_action_add( unit, entry, BCM_HG_TRUNK_CANCEL_ACTION( unit ), 0, 0 ) );
       Shim::fpActionAdd( entry, " HgTrunkCancel" );
@@ -80,7 +80,7 @@ void keyOnAllPorts( U32 unit, const HalyardTcamGroupManager& groupMgr, U32 entry
    SDK_CHECK( bcm_field_qualify_InPorts( unit, entry, PBMP_E_ALL( unit ), PBMP_ALL( unit ) ) );
    const bcm_pbmp_t data = PBMP_E_ALL( unit );
    const bcm_pbmp_t mask = PBMP_ALL( unit );
-   Shim::fpQual( entry, " InPorts ", fpPbmpText( data ), " ", fpPbmpText( mask ) );
+   Shim::fpQual( entry, " InPorts ", FpPbmp{ data }, " ", FpPbmp{ mask } );
    HalyardTcamEntryManager::Ptr entryMgr = groupMgr.tcamEntryMgr( entry );
    entryMgr->addInPortsForEntry( unit, entry, data, mask );
    entryMgr->setTcamEntryBcmPbmpPermanent( unit, entry, true );

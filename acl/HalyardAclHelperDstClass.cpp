@@ -26,15 +26,17 @@ namespace {
 // Where the class id stands in the wide class value of the prefix tables.
 constexpr unsigned classIdShift = 32;
 
+// The IPv4 setters' class-field form. The IPv6 setter writes its own: a check line carries the
+// call's text, and that text names the IPv6 arguments there.
 void writeDstClassField( U32 unit, U32 entry, U16 ipClass, U16 ipClassMask, const char* function ) {
    VTRACE( 1, function << " Setting DstClassField: " << ipClass );
    SDK_CHECK( bcm_field_qualify_DstClassField( unit, entry, ipClass, ipClassMask ) );
-   Shim::fpQual( entry, " DstClassField ", ipClass, fpMaskText( ipClassMask ) );
+   Shim::fpQual( entry, " DstClassField ", ipClass, FpMask{ ipClassMask } );
 }
 
 void writeDstIpClassMsbNibble( U32 unit, U32 entry, U16 ipClass, U16 ipClassMask ) {
    SDK_CHECK( bcm_field_qualify_DstIpClassMsbNibble( unit, entry, ipClass, ipClassMask ) );
-   Shim::fpQual( entry, " DstIpClassMsbNibble ", ipClass, fpMaskText( ipClassMask ) );
+   Shim::fpQual( entry, " DstIpClassMsbNibble ", ipClass, FpMask{ ipClassMask } );
 }
 
 void writeDstMac( U32 unit, U32 entry, uint8_t ( &mac )[6], uint8_t ( &macMask )[6],
@@ -64,7 +66,7 @@ void setDstIPv4( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, U32
    } else {
       VTRACE( 1, __func__ << " Setting DstIp: " << Pylon::IpAddr( ip ) );
       SDK_CHECK( bcm_field_qualify_DstIp( unit, entry, ip, mask ) );
-      Shim::fpQual( entry, " DstIp ", ip, fpMaskText( mask ) );
+      Shim::fpQual( entry, " DstIp ", ip, FpMask{ mask } );
    }
 }
 
@@ -95,9 +97,11 @@ void setDstIPv6ClassOrDstMac( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U
       VTRACE( 1, __func__ << " Setting DstIpClass6MsbNibble: " << ip6Class );
       VESPER_ASSERT( groupMgr->allocateDstIp6ClassId( unit, ip6ddrMask, shiftedClassId ) );
       SDK_CHECK( bcm_field_qualify_DstIp6ClassMsbNibble( unit, entry, ip6Class, ip6ClassMask ) );
-      Shim::fpQual( entry, " DstIp6ClassMsbNibble ", ip6Class, fpMaskText( ip6ClassMask ) );
+      Shim::fpQual( entry, " DstIp6ClassMsbNibble ", ip6Class, FpMask{ ip6ClassMask } );
    } else if ( chipAttr->supportsIfpDstClassField() ) {
-      writeDstClassField( unit, entry, ip6Class, ip6ClassMask, __func__ );
+      VTRACE( 1, __func__ << " Setting DstClassField: " << ip6Class );
+      SDK_CHECK( bcm_field_qualify_DstClassField( unit, entry, ip6Class, ip6ClassMask ) );
+      Shim::fpQual( entry, " DstClassField ", ip6Class, FpMask{ ip6ClassMask } );
    } else {
       writeDstMac( unit, entry, mac, macMask, __func__ );
    }

@@ -30,7 +30,7 @@ void setEtherType( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, b
       VESPER_ASSERT( groupMgr->allocateEtherTypeClassId( unit, etherType, etherTypeClass ) );
       SDK_CHECK(
           bcm_field_qualify_EtherTypeClass( unit, entry, etherTypeClass, etherTypeClassMask ) );
-      Shim::fpQual( entry, " EtherTypeClass ", etherTypeClass, fpMaskText( etherTypeClassMask ) );
+      Shim::fpQual( entry, " EtherTypeClass ", etherTypeClass, FpMask{ etherTypeClassMask } );
       return;
    }
    VTRACE( 1, __func__ << " Setting EtherType: " << etherType );
@@ -45,14 +45,14 @@ void setIpProtocol( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, 
       VTRACE( 1, __func__ << " Setting IpProtocolClass: " << protoClass );
       VESPER_ASSERT( groupMgr->allocateIpProtocolClassId( unit, ipProto, protoClass ) );
       SDK_CHECK( bcm_field_qualify_IpProtocolClass( unit, entry, protoClass, protoClassMask ) );
-      Shim::fpQual( entry, " IpProtocolClass ", protoClass, fpMaskText( protoClassMask ) );
+      Shim::fpQual( entry, " IpProtocolClass ", protoClass, FpMask{ protoClassMask } );
       return;
    }
    // The plain qualifier is 8 bits wide: the SDK call narrows both values.
    const U32 proto = static_cast<U8>( ipProto );
    VTRACE( 1, __func__ << " Setting IpProtocol: " << proto );
    SDK_CHECK( bcm_field_qualify_IpProtocol( unit, entry, ipProto, ipProtoMask ) );
-   Shim::fpQual( entry, " IpProtocol ", proto, fpMaskText( static_cast<U8>( ipProtoMask ) ) );
+   Shim::fpQual( entry, " IpProtocol ", proto, FpMask{ static_cast<U8>( ipProtoMask ) } );
 }
 
 void setL4DstPort( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, U16 port,
@@ -61,12 +61,12 @@ void setL4DstPort( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, U
       VTRACE( 1, __func__ << " Setting L4DstPortClass: " << portClass );
       VESPER_ASSERT( groupMgr->allocateL4DstPortClassId( unit, port, portClass ) );
       SDK_CHECK( bcm_field_qualify_L4DstPortClass( unit, entry, portClass, portClassMask ) );
-      Shim::fpQual( entry, " L4DstPortClass ", portClass, fpMaskText( portClassMask ) );
+      Shim::fpQual( entry, " L4DstPortClass ", portClass, FpMask{ portClassMask } );
       return;
    }
    VTRACE( 1, __func__ << " Setting L4DstPort: " << port );
    SDK_CHECK( bcm_field_qualify_L4DstPort( unit, entry, port, portMask ) );
-   Shim::fpQual( entry, " L4DstPort ", port, fpMaskText( portMask ) );
+   Shim::fpQual( entry, " L4DstPort ", port, FpMask{ portMask } );
 }
 
 void setL4SrcPort( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, U16 port,
@@ -75,12 +75,12 @@ void setL4SrcPort( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry, U
       VTRACE( 1, __func__ << " Setting L4SrcPortClass: " << portClass );
       VESPER_ASSERT( groupMgr->allocateL4SrcPortClassId( unit, port, portClass ) );
       SDK_CHECK( bcm_field_qualify_L4SrcPortClass( unit, entry, portClass, portClassMask ) );
-      Shim::fpQual( entry, " L4SrcPortClass ", portClass, fpMaskText( portClassMask ) );
+      Shim::fpQual( entry, " L4SrcPortClass ", portClass, FpMask{ portClassMask } );
       return;
    }
    VTRACE( 1, __func__ << " Setting L4SrcPort: " << port );
    SDK_CHECK( bcm_field_qualify_L4SrcPort( unit, entry, port, portMask ) );
-   Shim::fpQual( entry, " L4SrcPort ", port, fpMaskText( portMask ) );
+   Shim::fpQual( entry, " L4SrcPort ", port, FpMask{ portMask } );
 }
 
 }  // namespace Halyard

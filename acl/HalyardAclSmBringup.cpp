@@ -65,8 +65,9 @@ void capabilitiesIs( AclHelper& helper ) {
 }
 
 // The flags that one unit's chip can turn on; none is turned off again by another unit.
-void unitCapabilitiesIs( AclHelper& helper, U32 unit ) {
-   const U32 family = helper.hcsd()->halyardModId( static_cast<U16>( unit ) ).familyCode();
+void unitCapabilitiesIs( AclHelper& helper, const UnitTableNode& unitIter ) {
+   const U32 unit = unitIter.key();
+   const U32 family = unitIter.value().familyCode();
    for ( const U32 permitFamily : permitDuringUpdateFamilies ) {
       if ( family == permitFamily ) {
          helper.defaultActionDuringAclUpdatePermitIs( true );
@@ -93,19 +94,11 @@ void freeIngressClassesIs( AclHelper& helper, U32 unit ) {
    }
 }
 
-// Makes every port take its class from the port table's group id, where the chip needs it.
-void portTablesIs( const AclHelper& helper ) {
+// Makes every port take its class from the port table's group id, where the chip needs it: the
+// same work as the reaction to a new port of the interface-to-port map, for the ports known now.
+void portTablesIs( AclHelper& helper ) {
    for ( const auto& intfIter : helper.hcsd()->halyardIntfToPort() ) {
-      const HalyardTypes::HalyardPort sp = intfIter.value();
-      if ( isChipGroupF( sp.unit() ) ) {
-         continue;
-      }
-      SDK_NO_CHECK_SPINDLE(
-          PORT_LOCK_INTERNAL_NO_CHK( sp.unit(), setPortTabUsePortTableGroupId( sp ) ) );
-      if ( !isChipGroupC( sp.unit() ) ) {
-         SDK_NO_CHECK_SPINDLE(
-             PORT_LOCK_INTERNAL_NO_CHK( sp.unit(), setLPortTabUsePortTableGroupId( sp ) ) );
-      }
+      helper.handleHalyardIntfToPort( intfIter.key() );
    }
 }
 
@@ -192,7 +185,8 @@ bool mirrorOnDrop() {
 
 // The per-unit bring-up: the port masks, the TCAM status record, and the management entries
 // where ACLs are supported. Answers whether the unit's chip matches VXLAN network ids.
-bool unitBringupIs( const AclHelper& helper, const UnitTableNode& unitIter ) {
+bool unitBringupIs( const AclHelper& helper, const Fennel::FennelEpochStatus& epochStatus,
+                    const UnitTableNode& unitIter ) {
    const U32 unit = unitIter.key();
    const HalyardModInfo& modInfo = unitIter.value();
    allPortsMask[unit] = PBMP_ALL( unit );
@@ -201,7 +195,7 @@ bool unitBringupIs( const AclHelper& helper, const UnitTableNode& unitIter ) {
        HalyardCentral::chipAttributes( modInfo.chipInfo() );
    VESPER_ASSERT( chipAttr && "bring-up of a unit whose chip has no attributes" );
    helper.status()->tcamStatusIs( modInfo.chipName() );
-   if ( Fennel::fennelEpochStatus()->aclSupported( helper.hcsd()->epochName() ) ) {
+   if ( epochStatus.aclSupported( helper.hcsd()->epochName() ) ) {
       managementEntriesIs( helper, unitIter, mirrorOnDrop() );
    }
    return chipAttr->supportsVxlanVniMatch();
@@ -238,7 +232,7 @@ void AclHelper::hwInit() {
 
    for ( const auto& unitIter : hcsd()->halyardModId() ) {
       processInit( unitIter.key() );
-      unitCapabilitiesIs( *this, unitIter.key() );
+      unitCapabilitiesIs( *this, unitIter );
       freeIngressClassesIs( *this, unitIter.key() );
    }
    portTablesIs( *this );
@@ -251,9 +245,10 @@ void AclHelper::hwInit() {
    mirroringManagersIs( *this );
    securityStateMachinesIs( *this );
 
+   const auto epochStatus = Fennel::fennelEpochStatus();
    bool allChipsOk = true;
    for ( const auto& unitIter : hcsd()->halyardModId() ) {
-      allChipsOk = unitBringupIs( *this, unitIter ) && allChipsOk;
+      allChipsOk = unitBringupIs( *this, *epochStatus, unitIter ) && allChipsOk;
    }
    aclVxlanSupportedIs( allChipsOk );
 

@@ -55,7 +55,7 @@ void actionsIs( const AclHelper& helper, U32 unit, U32 entry, Acl::Action action
 // Traffic with the skip bit in its destination L2 class never hits the entry.
 void qualifyNoSkip( const UnitTableNode& unitIter, U32 entry ) {
    SDK_CHECK_SPINDLE( bcm_field_qualify_DstClassL2( unitIter.key(), entry, 0, classSkipAcls_ ) );
-   Shim::fpQual( entry, " DstClassL2 0", fpMaskText( classSkipAcls_ ) );
+   Shim::fpQual( entry, " DstClassL2 0", FpMask{ classSkipAcls_ } );
 }
 
 void keyOnAllPorts( const UnitTableNode& unitIter, HalyardBoundedTcamEntryManager& mgr,
@@ -63,17 +63,17 @@ void keyOnAllPorts( const UnitTableNode& unitIter, HalyardBoundedTcamEntryManage
    const U32 unit = unitIter.key();
    SDK_CHECK_SPINDLE(
        bcm_field_qualify_InPorts( unitIter.key(), entry, allPortsMask[unit], allPortsMask[unit] ) );
-   Shim::fpQual( entry, " InPorts ", fpPbmpText( allPortsMask[unit] ), " ",
-                 fpPbmpText( allPortsMask[unit] ) );
+   Shim::fpQual( entry, " InPorts ", FpPbmp{ allPortsMask[unit] }, " ",
+                 FpPbmp{ allPortsMask[unit] } );
    mgr.addInPortsForEntry( unit, entry, allPortsMask[unit], allPortsMask[unit] );
 }
 
 void fpQualSrcClass( U32 entry, U32 srcClass ) {
-   Shim::fpQual( entry, " SrcClassField ", srcClass, fpMaskText( srcClass ) );
+   Shim::fpQual( entry, " SrcClassField ", srcClass, FpMask{ srcClass } );
 }
 
 void fpQualStpState( U32 entry, bcm_stg_stp_t state ) {
-   Shim::fpQual( entry, " IngressStpState ", static_cast<int>( state ), fpMaskText( stpMask ) );
+   Shim::fpQual( entry, " IngressStpState ", static_cast<int>( state ), FpMask{ stpMask } );
 }
 
 void installedIf( const AclHelper& helper, HalyardBoundedTcamEntryManager& mgr, U32 unit,
@@ -95,8 +95,7 @@ void portBlockEntryIs( const AclHelper& helper, const UnitTableNode& unitIter,
    actionsIs( helper, unit, entry, Acl::deny(), false );
    SDK_CHECK_SPINDLE(
        bcm_field_qualify_InPorts( unitIter.key(), entry, noPortsMask, allPortsMask[unit] ) );
-   Shim::fpQual( entry, " InPorts ", fpPbmpText( noPortsMask ), " ",
-                 fpPbmpText( allPortsMask[unit] ) );
+   Shim::fpQual( entry, " InPorts ", FpPbmp{ noPortsMask }, " ", FpPbmp{ allPortsMask[unit] } );
    mgr.addInPortsForEntry( unit, entry, noPortsMask, allPortsMask[unit] );
    qualifyNoSkip( unitIter, entry );
    mgr.setTcamEntryBcmPbmpPermanent( unit, entry, true );
@@ -212,13 +211,13 @@ void vlanBlockEntryIs( const AclHelper& helper, const UnitTableNode& unitIter ) 
        unitIter.key(), entry, HalyardCentral::classDropRoutedTraffic_,
        HalyardCentral::classDropRoutedTraffic_ ) );
    Shim::fpQual( entry, " InterfaceClassL2 ", HalyardCentral::classDropRoutedTraffic_,
-                 fpMaskText( HalyardCentral::classDropRoutedTraffic_ ) );
+                 FpMask{ HalyardCentral::classDropRoutedTraffic_ } );
    if ( isChipGroupF( unit ) ) {
       SDK_CHECK_SPINDLE( bcm_field_qualify_MyStationHit( unitIter.key(), entry, 1, 1 ) );
-      Shim::fpQual( entry, " MyStationHit 1", fpMaskText( 1 ) );
+      Shim::fpQual( entry, " MyStationHit 1", FpMask{ 1 } );
    } else {
       SDK_CHECK_SPINDLE( bcm_field_qualify_L3Routable( unitIter.key(), entry, 1, 1 ) );
-      Shim::fpQual( entry, " L3Routable 1", fpMaskText( 1 ) );
+      Shim::fpQual( entry, " L3Routable 1", FpMask{ 1 } );
    }
    qualifyNoSkip( unitIter, entry );
    keyOnAllPorts( unitIter, mgr, entry );
@@ -239,7 +238,7 @@ void egressBlockEntryIs( const AclHelper& helper, const UnitTableNode& unitIter,
    BCM_PBMP_CLEAR( emptyBmp );
    SDK_CHECK_SPINDLE(
        bcm_field_action_ports_add( unitIter.key(), entry, bcmFieldActionEgressMask, emptyBmp ) );
-   Shim::fpActionAdd( entry, " EgressMask ", fpPbmpText( emptyBmp ) );
+   Shim::fpActionAdd( entry, " EgressMask ", FpPbmp{ emptyBmp } );
    qualifyNoSkip( unitIter, entry );
    mgr.setTcamEntryBcmPbmpPermanent( unit, entry, true );
 }

@@ -12,15 +12,15 @@ namespace AclBringupTest {
 
 namespace {
 
-Sim::SwitchProfile profileOf( const SwitchSpec& spec ) {
+Sim::SwitchProfile profileOf( const SwitchLayout& layout ) {
    Sim::SwitchProfile profile;
    profile.nameIs( "bringup" );
    Sim::SwitchFlags flags;
-   flags.fabric = spec.fabric;
-   flags.egressFilterPerPort = spec.egressFilterPerPort;
+   flags.fabric = layout.fabric;
+   flags.egressFilterPerPort = layout.egressFilterPerPort;
    profile.flagsIs( flags );
    U32 unit = 0;
-   for ( const std::string& kind : spec.kinds ) {
+   for ( const std::string& kind : layout.kinds ) {
       Sim::UnitDef u;
       u.unit = unit;
       u.kind = kind;
@@ -41,16 +41,16 @@ Sim::StageCapacity capacityOf( const Sim::StageSlices& slices ) {
 
 // The switch's own group table unless groups are to be missing; then the first unit's kind
 // sizes the groups that stay.
-Sim::SwitchOptions optionsOf( const SwitchSpec& spec ) {
+Sim::SwitchOptions optionsOf( const SwitchLayout& layout ) {
    Sim::SwitchOptions options;
-   if ( !spec.missingGroups.empty() ) {
-      const Sim::ChipKind* kind = Sim::chipKindByName( spec.kinds.front() );
+   if ( !layout.missingGroups.empty() ) {
+      const Sim::ChipKind* kind = Sim::chipKindByName( layout.kinds.front() );
       if ( !kind ) {
          std::abort();
       }
       Sim::GroupTable table = Sim::defaultGroupTable( Sim::StageCapacities{
           capacityOf( kind->vfp ), capacityOf( kind->ifp ), capacityOf( kind->efp ) } );
-      for ( const Halyard::TcamGroupAssignment a : spec.missingGroups ) {
+      for ( const Halyard::TcamGroupAssignment a : layout.missingGroups ) {
          table.erase( a );
       }
       options.groupTable = table;
@@ -100,9 +100,9 @@ CleanProcessState::~CleanProcessState() {
    Halyard::ToggleTestAccess::onceCacheClear();
 }
 
-BringupSwitch::BringupSwitch( const SwitchSpec& spec )
-    : kinds_( spec.kinds ),
-      switch_( profileOf( spec ), optionsOf( spec ) ),
+BringupSwitch::BringupSwitch( const SwitchLayout& layout )
+    : kinds_( layout.kinds ),
+      switch_( profileOf( layout ), optionsOf( layout ) ),
       mainConfig_( Acl::configFactory() ),
       paramConfig_( Acl::paramConfigFactory() ),
       helper_( makeHelper() ) {}

@@ -28,9 +28,9 @@
 
 namespace AclBringupTest {
 
-struct SwitchSpec {
-   SwitchSpec( std::vector<std::string> kinds, bool fabric = false,
-               bool egressFilterPerPort = false )
+struct SwitchLayout {
+   SwitchLayout( std::vector<std::string> kinds, bool fabric = false,
+                 bool egressFilterPerPort = false )
        : kinds( std::move( kinds ) ),
          fabric( fabric ),
          egressFilterPerPort( egressFilterPerPort ) {}
@@ -63,7 +63,7 @@ class BringupSwitch {
  public:
    static constexpr U32 frontPanelPorts = 4;
 
-   explicit BringupSwitch( const SwitchSpec& spec );
+   explicit BringupSwitch( const SwitchLayout& layout );
    ~BringupSwitch();
    BringupSwitch( const BringupSwitch& ) = delete;
    BringupSwitch& operator=( const BringupSwitch& ) = delete;

@@ -110,13 +110,13 @@ class HwInitTest : public ::testing::Test {
 class CapabilityTest : public HwInitTest, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P( CapabilityTest, FlagsFollowTheChipProbes ) {
-   BringupSwitch sw( SwitchSpec{ { GetParam() } } );
+   BringupSwitch sw( SwitchLayout{ { GetParam() } } );
    sw.hwInit();
    expectCapabilities( sw );
 }
 
 TEST_P( CapabilityTest, BypassLeavesEveryFlagAtItsDefaultAndTouchesNoHardware ) {
-   BringupSwitch sw( SwitchSpec{ { GetParam() } } );
+   BringupSwitch sw( SwitchLayout{ { GetParam() } } );
    sw.sw().hcsd()->aclHwInitBypassIs( true );
    sw.hwInit();
    const AclHelper& h = *sw.helper();
@@ -135,7 +135,7 @@ TEST_P( CapabilityTest, BypassLeavesEveryFlagAtItsDefaultAndTouchesNoHardware ) 
 }
 
 TEST_P( CapabilityTest, PortTablesTakeTheClassFromTheGroupIdWhereTheChipNeedsIt ) {
-   BringupSwitch sw( SwitchSpec{ { GetParam() } } );
+   BringupSwitch sw( SwitchLayout{ { GetParam() } } );
    sw.hwInit();
    const Sim::ChipKind& kind = sw.kind( 0 );
    for ( U32 port = 1; port <= BringupSwitch::frontPanelPorts; ++port ) {
@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P( ChipKinds, CapabilityTest, ::testing::ValuesIn( catalo
 // ---- Several units.
 
 TEST_F( HwInitTest, ChipFlagsOfOneUnitHoldForTheSystem ) {
-   BringupSwitch sw( SwitchSpec{ { "trident2", "trident3" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident2", "trident3" } } );
    sw.hwInit();
    expectCapabilities( sw );
    EXPECT_TRUE( sw.helper()->defaultActionDuringAclUpdatePermit() );
@@ -170,7 +170,7 @@ TEST_F( HwInitTest, ChipFlagsOfOneUnitHoldForTheSystem ) {
 
 TEST_F( HwInitTest, VxlanIsSupportedOnlyWhenEveryChipMatchesIt ) {
    {
-      BringupSwitch sw( SwitchSpec{ { "trident3", "tomahawk" } } );
+      BringupSwitch sw( SwitchLayout{ { "trident3", "tomahawk" } } );
       sw.hwInit();
       EXPECT_TRUE( sw.helper()->aclVxlanSupported() );
    }
@@ -178,7 +178,7 @@ TEST_F( HwInitTest, VxlanIsSupportedOnlyWhenEveryChipMatchesIt ) {
          std::vector<std::vector<std::string> >{ { "trident3", "trident2" },
                                                  { "trident2", "trident3" },
                                                  { "jericho", "tomahawk3" } } ) {
-      BringupSwitch sw( SwitchSpec{ kinds } );
+      BringupSwitch sw( SwitchLayout{ kinds } );
       sw.hwInit();
       EXPECT_FALSE( sw.helper()->aclVxlanSupported() ) << kinds[0] << "+" << kinds[1];
    }
@@ -186,7 +186,7 @@ TEST_F( HwInitTest, VxlanIsSupportedOnlyWhenEveryChipMatchesIt ) {
 
 TEST_F( HwInitTest, RouterAclSharingFollowsTheHardwareFlag ) {
    for ( const bool supported : { true, false } ) {
-      BringupSwitch sw( SwitchSpec{ { "trident2" } } );
+      BringupSwitch sw( SwitchLayout{ { "trident2" } } );
       sw.sw().aclHwStatus()->ingressRaclSharingSupportedIs( supported );
       sw.hwInit();
       EXPECT_EQ( sw.helper()->ingressRaclSharingSupported(), supported );
@@ -195,16 +195,16 @@ TEST_F( HwInitTest, RouterAclSharingFollowsTheHardwareFlag ) {
 
 TEST_F( HwInitTest, TheGroupManagerIsToldWhetherSharingIsOn ) {
    // trident2 forces nothing; tomahawk (group C) on a fixed system turns sharing on.
-   BringupSwitch plain( SwitchSpec{ { "trident2" } } );
+   BringupSwitch plain( SwitchLayout{ { "trident2" } } );
    plain.hwInit();
    EXPECT_FALSE( plain.groupManager()->ingressRaclSharingSupported() );
-   BringupSwitch forced( SwitchSpec{ { "tomahawk" } } );
+   BringupSwitch forced( SwitchLayout{ { "tomahawk" } } );
    forced.hwInit();
    EXPECT_TRUE( forced.groupManager()->ingressRaclSharingSupported() );
 }
 
 TEST_F( HwInitTest, WithoutAclSupportAUnitGetsNoEntryButItsStatusClassesAndFilter ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3", "tomahawk" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident3", "tomahawk" } } );
    sw.sw().aclSupportedIs( false );
    sw.hwInit();
    const AclHelper& h = *sw.helper();
@@ -223,7 +223,7 @@ TEST_F( HwInitTest, WithoutAclSupportAUnitGetsNoEntryButItsStatusClassesAndFilte
 }
 
 TEST_F( HwInitTest, EveryUnitGetsItsTcamStatusAndTheFreeIngressClassesHighestFirst ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3", "tomahawk" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident3", "tomahawk" } } );
    sw.hwInit();
    std::vector<U8> rising;
    for ( U32 c = 255; c >= 1; --c ) {
@@ -264,7 +264,7 @@ std::optional<S32> filterEgress( BringupSwitch& sw, U32 unit, U32 port ) {
 
 TEST_F( HwInitTest, EgressFilterIsOffOnPortZeroThenOnPerFabricPortOfTheUnitsOwnModule ) {
    // trident3 links by its last port; jericho by its eight HiGig ports.
-   BringupSwitch sw( SwitchSpec{ { "trident3", "jericho" }, true, true } );
+   BringupSwitch sw( SwitchLayout{ { "trident3", "jericho" }, true, true } );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.hwInit();
 
@@ -288,7 +288,7 @@ TEST_F( HwInitTest, EgressFilterIsOffOnPortZeroThenOnPerFabricPortOfTheUnitsOwnM
 }
 
 TEST_F( HwInitTest, WithoutThePlatformAttributeOnlyPortZeroIsSet ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3", "jericho" }, true, false } );
+   BringupSwitch sw( SwitchLayout{ { "trident3", "jericho" }, true, false } );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.hwInit();
    EXPECT_EQ( portControlCalls( trace.lines() ), std::vector<std::string>( 2, filterOff ) );
@@ -298,7 +298,7 @@ TEST_F( HwInitTest, WithoutThePlatformAttributeOnlyPortZeroIsSet ) {
 // ---- Managers and state machines.
 
 TEST_F( HwInitTest, EveryManagerIsTakenByItsAssignment ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident3" } } );
    sw.hwInit();
    const AclHelper& h = *sw.helper();
    using namespace Halyard;
@@ -355,7 +355,7 @@ struct SmRow {
 };
 
 TEST_F( HwInitTest, BuildsTheSixSecurityStateMachinesWithTheirManagers ) {
-   BringupSwitch sw( SwitchSpec{ { "tomahawk3" } } );
+   BringupSwitch sw( SwitchLayout{ { "tomahawk3" } } );
    sw.hwInit();
    using namespace Halyard;
    const TcamGroupAssignment none{};
@@ -402,7 +402,7 @@ TEST_F( HwInitTest, BuildsTheSixSecurityStateMachinesWithTheirManagers ) {
 }
 
 TEST_F( HwInitTest, TracesTheStepsInOrder ) {
-   BringupSwitch sw( SwitchSpec{ { "trident2" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident2" } } );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.hwInit();
    std::vector<std::string> marks;
@@ -439,7 +439,7 @@ TEST_F( HwInitTest, TracesTheStepsInOrder ) {
 
 // The SDK calls of bring-up also go to the in-memory ring, whatever the trace levels.
 TEST_F( HwInitTest, TheSdkCallsOfBringupGoToTheRing ) {
-   BringupSwitch sw( SwitchSpec{ { "trident2" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident2" } } );
    Vesper::Spindle::instance().clear();
    sw.hwInit();
    const std::vector<std::string> ring = Vesper::Spindle::instance().lines();
@@ -457,32 +457,32 @@ TEST_F( HwInitTest, TheSdkCallsOfBringupGoToTheRing ) {
 class HwInitDeathTest : public HwInitTest {};
 
 TEST_F( HwInitDeathTest, AFailedSdkCallStopsWithItsText ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident3" } } );
    // The third SrcClassField is that of the drop+log entry.
    sw.sw().sdk().failCall( "bcm_field_qualify_SrcClassField", 3, -4 );
    EXPECT_DEATH( sw.hwInit(),
                  sdkCheckFailure( "bcm_field_qualify_SrcClassField( unitIter.key(), entry, ( "
                                   "classVfpAclDrop_ | classVfpAclLog_ ), ( classVfpAclDrop_ | "
                                   "classVfpAclLog_ ) )" ) );
-   BringupSwitch other( SwitchSpec{ { "tomahawk" } } );
+   BringupSwitch other( SwitchLayout{ { "tomahawk" } } );
    other.sw().sdk().failCall( "bcm_port_control_set", 1, -18 );
    EXPECT_DEATH( other.hwInit(), sdkCheckFailure( "bcm_port_control_set( unitIter.key(), 0, "
                                                   "bcmPortControlFilterEgress, 0 )" ) );
 }
 
 TEST_F( HwInitDeathTest, AMissingManagerStopsWithItsAccessor ) {
-   SwitchSpec spec{ { "trident3" } };
-   spec.missingGroups = { Halyard::tcamGroupMirroringAcl3 };
-   BringupSwitch sw( spec );
+   SwitchLayout layout{ { "trident3" } };
+   layout.missingGroups = { Halyard::tcamGroupMirroringAcl3 };
+   BringupSwitch sw( layout );
    EXPECT_DEATH( sw.hwInit(), assertionFailure( "mirroringAclGroup3EntryManager()" ) );
-   SwitchSpec mgmt{ { "trident3" } };
+   SwitchLayout mgmt{ { "trident3" } };
    mgmt.missingGroups = { Halyard::tcamGroupAclMgmt };
    BringupSwitch noMgmt( mgmt );
    EXPECT_DEATH( noMgmt.hwInit(), assertionFailure( "aclMgmtEntryMgr()" ) );
 }
 
 TEST_F( HwInitDeathTest, AChipWithoutAttributesStops ) {
-   BringupSwitch sw( SwitchSpec{ { "trident3" } } );
+   BringupSwitch sw( SwitchLayout{ { "trident3" } } );
    sw.sw().attributes()->chipDel( sw.kind( 0 ).chipInfo );
    EXPECT_DEATH( sw.hwInit(), "bring-up of a unit whose chip has no attributes" );
 }

@@ -27,7 +27,7 @@ constexpr U16 openVlan = 11;
 
 class MgmtEntriesLookupTest : public ::testing::TestWithParam<std::string> {
  protected:
-   MgmtEntriesLookupTest() : sw_( SwitchSpec{ { GetParam() } } ) {}
+   MgmtEntriesLookupTest() : sw_( SwitchLayout{ { GetParam() } } ) {}
 
    // Brings the unit up, with the mirror-on-drop toggle as given.
    void bringUp( bool mirrorOnDrop = true ) {

@@ -25,7 +25,7 @@ constexpr U32 unit = 0;
 
 class MgmtEntriesTest : public ::testing::TestWithParam<std::string> {
  protected:
-   MgmtEntriesTest() : sw_( SwitchSpec{ { GetParam() } } ) {}
+   MgmtEntriesTest() : sw_( SwitchLayout{ { GetParam() } } ) {}
 
    // Brings the unit up and answers the fp lines it wrote.
    std::vector<std::string> bringUp() {
@@ -133,7 +133,7 @@ TEST_P( MgmtEntriesTest, TheToggleIsReadOncePerProcess ) {
    // Bring-up reads the toggle once; a change afterwards reaches no later bring-up.
    bringUp();
    Halyard::toggleStateIs( Halyard::mirrorOnDropToggle, false );
-   BringupSwitch second( SwitchSpec{ { GetParam() } } );
+   BringupSwitch second( SwitchLayout{ { GetParam() } } );
    second.hwInit();
    EXPECT_TRUE( second.chip( unit ).qualifier( second.mgmtEntry( Halyard::aclMgmtTcamStpBlock ),
                                                Sim::QualId::SrcClassField ) );

@@ -35,7 +35,7 @@ class TypeDirectionFeatureSmTest : public ::testing::Test {
  protected:
    explicit TypeDirectionFeatureSmTest( std::vector<std::string> kinds = { "trident3",
                                                                            "tomahawk" } )
-       : sw_( SwitchSpec{ std::move( kinds ) } ) {
+       : sw_( SwitchLayout{ std::move( kinds ) } ) {
       sw_.hwInit();
    }
 

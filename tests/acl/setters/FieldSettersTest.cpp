@@ -321,15 +321,31 @@ TEST_P( DstSettersTest, DstIPv6ClassOrDstMacUsesTheIpv6NibbleTable ) {
          EXPECT_EQ( levelOneTrace( "setDstIPv6ClassOrDstMac" ),
                     std::vector<std::string>{
                         "setDstIPv6ClassOrDstMac Setting DstIpClass6MsbNibble: 7" } );
+         EXPECT_EQ(
+             checkedCalls( helperTrace_.lines() ),
+             std::vector<std::string>{ "bcm_field_qualify_DstIp6ClassMsbNibble( unit, entry, "
+                                       "ip6Class, ip6ClassMask )" } );
          break;
       case DstForm::classField:
          EXPECT_EQ( dstQualifiers(), std::vector{ QualId::DstClassField } );
          EXPECT_EQ( qual( QualId::DstClassField ), QualPair( 7, 0xF ) );
          EXPECT_FALSE( bound.has_value() );
+         EXPECT_EQ( fpCmd_.lines(), std::vector{ fpQual( "DstClassField 7 0xF" ) } );
+         EXPECT_EQ(
+             levelOneTrace( "setDstIPv6ClassOrDstMac" ),
+             std::vector<std::string>{ "setDstIPv6ClassOrDstMac Setting DstClassField: 7" } );
+         // Regression: the check line named the IPv4 arguments (ipClass, ipClassMask).
+         EXPECT_EQ(
+             checkedCalls( helperTrace_.lines() ),
+             std::vector<std::string>{
+                 "bcm_field_qualify_DstClassField( unit, entry, ip6Class, ip6ClassMask )" } );
          break;
       case DstForm::plain:
          EXPECT_EQ( dstQualifiers(), std::vector{ QualId::DstMac } );
          EXPECT_FALSE( bound.has_value() );
+         EXPECT_EQ(
+             checkedCalls( helperTrace_.lines() ),
+             std::vector<std::string>{ "bcm_field_qualify_DstMac( unit, entry, mac, macMask )" } );
          break;
    }
    Halyard::verifyDstIPv6ClassOrDstMac( unit, constGroupMgr(), entry_, 7, 0xF,
