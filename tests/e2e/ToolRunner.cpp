@@ -31,8 +31,8 @@ std::string quoted( const std::string& arg ) {
 
 ToolResult runTool( const std::vector<std::string>& args ) {
    const std::string errPath = ::testing::TempDir() + "halyard-e2e-stderr.txt";
-   std::string cmd = std::string( "cd " ) + quoted( HALYARD_SOURCE_DIR ) + " && " +
-                     quoted( HALYARD_CLI_BINARY );
+   std::string cmd =
+       std::string( "cd " ) + quoted( HALYARD_SOURCE_DIR ) + " && " + quoted( HALYARD_CLI_BINARY );
    for ( const auto& a : args ) {
       cmd += " " + quoted( a );
    }
@@ -72,7 +72,8 @@ void expectGolden( const std::string& name, const std::string& actual ) {
          break;
       }
       if ( eMore != aMore || el != al ) {
-         ADD_FAILURE() << name << ":" << line << " differs\n  expected: " << ( eMore ? el : "<end>" )
+         ADD_FAILURE() << name << ":" << line
+                       << " differs\n  expected: " << ( eMore ? el : "<end>" )
                        << "\n  actual:   " << ( aMore ? al : "<end>" );
          return;
       }
