@@ -55,7 +55,9 @@ std::string errorText( const std::string& message, const std::string& file, U32 
    if ( file.empty() && line == 0 ) {
       return message;
    }
-   return file + ":" + std::to_string( line ) + ": " + message;
+   // Line 0 is the file as a whole (it could not be read), so no line is named.
+   const std::string where = line == 0 ? file : file + ":" + std::to_string( line );
+   return where + ": " + message;
 }
 
 }  // namespace

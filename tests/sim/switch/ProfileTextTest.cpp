@@ -86,6 +86,8 @@ TEST( ProfileTextTest, UnreadableFileIsAnErrorAtLineZero ) {
       EXPECT_EQ( "/nonexistent/none.switch", e.file() );
       EXPECT_EQ( 0u, e.line() );
       EXPECT_EQ( "cannot read the profile: No such file or directory", e.message() );
+      EXPECT_STREQ( "/nonexistent/none.switch: cannot read the profile: No such file or directory",
+                    e.what() );
    }
 }
 
