@@ -12,6 +12,7 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/sdk/SdkValues.h"
+#include "tests/acl/SecurityMachineTable.h"
 #include "tests/acl/bringup/BringupSwitch.h"
 
 namespace AclBringupTest {
@@ -347,42 +348,13 @@ TEST_F( HwInitTest, EveryManagerIsTakenByItsAssignment ) {
    EXPECT_EQ( h.mirroringAclEntryManager().size(), 4u );
 }
 
-// One row of the table of security machines; 0 stands for no manager.
-struct SmRow {
-   Acl::AclType type;
-   Acl::AclDirection direction;
-   Halyard::TcamGroupAssignment managers[7];
-};
-
 TEST_F( HwInitTest, BuildsTheSixSecurityStateMachinesWithTheirManagers ) {
    BringupSwitch sw( SwitchLayout{ { "tomahawk3" } } );
    sw.hwInit();
    using namespace Halyard;
-   const TcamGroupAssignment none{};
-   const SmRow rows[] = {
-       { Acl::ip_,
-         Acl::in_,
-         { tcamGroupIpAcl, tcamGroupIpAclVfp, tcamGroupIpAclVni, none, none, tcamGroupRouterAcl,
-           none } },
-       { Acl::mac_,
-         Acl::in_,
-         { tcamGroupMacAcl, tcamGroupMacAclVfp, none, none, none, none, none } },
-       { Acl::ip_,
-         Acl::out_,
-         { tcamGroupIpAclEgress, none, none, none, none, tcamGroupRouterAclEgress, none } },
-       { Acl::mac_, Acl::out_, { tcamGroupMacAclEgress, none, none, none, none, none, none } },
-       { Acl::ipv6_,
-         Acl::in_,
-         { tcamGroupIp6Acl, tcamGroupIp6AclVfp, tcamGroupIp6AclVni, tcamGroupIp6StdAcl,
-           tcamGroupIp6StdAclVfp, tcamGroupIp6RouterAcl, tcamGroupIp6StdAcl } },
-       { Acl::ipv6_,
-         Acl::out_,
-         { tcamGroupIp6AclEgress, none, none, tcamGroupIp6StdAclPortEgress, none,
-           tcamGroupIp6RouterAclEgress, tcamGroupIp6StdAclRouterEgress } },
-   };
    const AclHelper& h = *sw.helper();
    EXPECT_EQ( h.halyardAclTypeDirectionFeatureSm().size(), 6u );
-   for ( const SmRow& row : rows ) {
+   for ( const auto& row : HalyardAclTest::securityMachineRows ) {
       SCOPED_TRACE( valueToStrep(
           HalyardAclTypeDirectionFeature( row.type, row.direction, aclFeatureSecurity ) ) );
       const auto sm =
@@ -393,7 +365,9 @@ TEST_F( HwInitTest, BuildsTheSixSecurityStateMachinesWithTheirManagers ) {
           sm->stdEntryManager(),      sm->stdVfpEntryManager(), sm->routerEntryManager(),
           sm->stdRouterEntryManager() };
       for ( int i = 0; i < 7; ++i ) {
-         EXPECT_EQ( held[i], row.managers[i] == none ? nullptr : sw.manager( row.managers[i] ) )
+         EXPECT_EQ( held[i], row.managers[i] == HalyardAclTest::noManager
+                                 ? nullptr
+                                 : sw.manager( row.managers[i] ) )
              << "manager " << i;
       }
       EXPECT_EQ( sm->aclHelper(), Vesper::BackPtr<AclHelper>( sw.helper() ) );

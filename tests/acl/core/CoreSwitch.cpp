@@ -7,6 +7,7 @@
 #include "platform/tcam/HalyardModInfo.h"
 #include "sim/sdk/SdkValues.h"
 #include "sim/tcam/GroupTable.h"
+#include "tests/acl/SecurityMachineTable.h"
 
 namespace AclCoreTest {
 
@@ -79,37 +80,10 @@ HalyardUnboundedTcamEntryManager::Ptr CoreSwitch::manager( TcamGroupAssignment a
 }
 
 void CoreSwitch::makeSecurityStateMachines( const AclHelper::Ptr& helper ) const {
-   struct Row {
-      Acl::AclType type;
-      Acl::AclDirection direction;
-      TcamGroupAssignment managers[7];  // 0: none
-   };
-   const TcamGroupAssignment none{};
-   const Row rows[] = {
-       { Acl::ip_,
-         Acl::in_,
-         { tcamGroupIpAcl, tcamGroupIpAclVfp, tcamGroupIpAclVni, none, none, tcamGroupRouterAcl,
-           none } },
-       { Acl::mac_,
-         Acl::in_,
-         { tcamGroupMacAcl, tcamGroupMacAclVfp, none, none, none, none, none } },
-       { Acl::ip_,
-         Acl::out_,
-         { tcamGroupIpAclEgress, none, none, none, none, tcamGroupRouterAclEgress, none } },
-       { Acl::mac_, Acl::out_, { tcamGroupMacAclEgress, none, none, none, none, none, none } },
-       { Acl::ipv6_,
-         Acl::in_,
-         { tcamGroupIp6Acl, tcamGroupIp6AclVfp, tcamGroupIp6AclVni, tcamGroupIp6StdAcl,
-           tcamGroupIp6StdAclVfp, tcamGroupIp6RouterAcl, tcamGroupIp6StdAcl } },
-       { Acl::ipv6_,
-         Acl::out_,
-         { tcamGroupIp6AclEgress, none, none, tcamGroupIp6StdAclPortEgress, none,
-           tcamGroupIp6RouterAclEgress, tcamGroupIp6StdAclRouterEgress } },
-   };
-   for ( const Row& row : rows ) {
+   for ( const auto& row : HalyardAclTest::securityMachineRows ) {
       HalyardUnboundedTcamEntryManager::Ptr m[7];
       for ( int i = 0; i < 7; ++i ) {
-         m[i] = row.managers[i] == none ? nullptr : manager( row.managers[i] );
+         m[i] = row.managers[i] == HalyardAclTest::noManager ? nullptr : manager( row.managers[i] );
       }
       helper->halyardAclTypeDirectionFeatureSmIs(
           HalyardAclTypeDirectionFeature( row.type, row.direction, aclFeatureSecurity ),
