@@ -1,22 +1,18 @@
 // Halyard::AclHelper: the hardware back-end of switch ACLs, the concrete form of the generic
-// layer's FennelHelper::AclHelper, with the objects it owns and the entity that holds the
-// generic state machine.
+// layer's FennelHelper::AclHelper. One per agent, made by aclHelperFactory. It holds the agent's
+// records it was built with (never changed afterwards) and the TCAM entry managers (filled by
+// hwInit), and owns by counted pointer every other object of the back-end:
 //
-//   AclHelper              one per agent, made by aclHelperFactory. Holds the agent's records
-//                          it was built with (never changed afterwards), the TCAM entry
-//                          managers (filled by hwInit), and owns by counted pointer every other
-//                          object below and the records of HalyardAclTypes.h.
-//   AclSmEntity            the entity that owns Fennel::AclSm, made by aclSmEntityFactory.
-//   VfpAclTypeForPort      per unit: which ACL type owns the VFP lookup of each port. VFP can
-//                          serve one type per port, so a second type is a conflict.
-//   HalyardIntfClassData   per unit: the pool of free ingress interface classes, shared by all
-//                          ACL types (hwInit fills it with 1 to 255).
-//   IngressRaclData        the store of shared router ACL identifiers.
-//   SharedRaclMgmtSm       the sharing manager between that store and the L3 agents.
-//   VlanBlockedSm          follows the VLAN blocks that the VLAN topology agents report.
+//   VfpAclTypeForPort      (VfpAclTypeForPort.h) per unit: the ACL type that owns each port's VFP
+//   HalyardIntfClassData   (HalyardIntfClassData.h) per unit: the free ingress interface classes
+//   IngressRaclData        (IngressRaclData.h) the store of shared router ACL identifiers
+//   SharedRaclMgmtSm       (SharedRaclMgmtSm.h) the sharing manager of router ACLs
+//   VlanBlockedSm          (VlanBlockedSm.h) follows the VLAN blocks of the topology agents
+//   HalyardAclData, AclUnitData (HalyardAclTypes.h) and the rule records (HalyardAclCommon.h)
 //   HalyardAclTypeDirectionFeatureSm (HalyardAclTypeDirectionFeatureSm.h)
 //                          per ACL type, direction and feature: its entry managers and the
 //                          egress interface class pools.
+// The entity that owns the generic state machine is AclSmEntity (AclSmEntity.h).
 //
 // Life of the helper:
 //  1. Construction stores the parameters and ends in handleInitialized: blocks left from an
@@ -43,11 +39,12 @@
 // (HalyardAclSmPending.cpp). IngressRaclData, SharedRaclMgmtSm and VlanBlockedSm are only
 // wired: they hold what they are built with and react to nothing yet.
 //
-// Sources: HalyardAclSmLifecycle.cpp (construction, destruction, factories, AclSmEntity, the
-// dirty flag), HalyardAclSmRecords.cpp (the owned collections and objects),
-// HalyardAclSmPorts.cpp (port classes, port tables), HalyardAclSmSharing.cpp (whether router
-// ACLs are shared), HalyardAclSmBringup.cpp (hwInit), HalyardAclTypeDirectionFeatureSm.cpp
-// (the state machines and the mirroring and uRPF operations), HalyardAclSmPending.cpp.
+// Sources, one concern each: HalyardAclSmLifecycle.cpp (construction, destruction, factory,
+// the dirty flag), HalyardAclSmRecords.cpp (the owned collections and objects),
+// HalyardAclSmBringup.cpp and HalyardAclSmMgmtEntries.cpp (hwInit and the hidden entries),
+// HalyardAclSmPorts.cpp (port classes, port tables), HalyardAclSmSharing.cpp (whether router ACLs
+// are shared), HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
+// HalyardAclSmPending.cpp (operations not written yet).
 //
 // Threads: the agent's activity thread, with the activity lock held; SDK calls give it up for
 // their length, so reactors may run between two SDK calls of one operation.
@@ -56,8 +53,14 @@
 #include <optional>
 #include <utility>
 
+#include "acl/AclSmEntity.h"
 #include "acl/HalyardAclCommon.h"
 #include "acl/HalyardAclTypes.h"
+#include "acl/HalyardIntfClassData.h"
+#include "acl/IngressRaclData.h"
+#include "acl/SharedRaclMgmtSm.h"
+#include "acl/VfpAclTypeForPort.h"
+#include "acl/VlanBlockedSm.h"
 #include "platform/acl/AclConfig.h"
 #include "platform/acl/AclTypes.h"
 #include "platform/acl/ParamConfig.h"
@@ -97,147 +100,6 @@ class HalyardAclTypeDirectionFeatureSm;
 
 // The key of a state machine in AclHelper::halyardAclTypeDirectionFeatureSm.
 HalyardAclTypeDirectionFeature typeDirectionFeatureOf( const HalyardAclTypeDirectionFeatureSm& sm );
-
-// Which ACL type owns the VFP lookup of each port of one unit.
-class VfpAclTypeForPort : public Vesper::NotifierBase<Vesper::Entity> {
-   VESPER_FWK_TYPE( "Halyard::VfpAclTypeForPort" )
-
- public:
-   using Ptr = Vesper::Ptr<VfpAclTypeForPort>;
-   using TypeMap = Vesper::HashMap2018<Vesper::String, Acl::AclType>;
-
-   class NotifieeConst : public Vesper::NotifieeBase<VfpAclTypeForPort> {
-    public:
-      virtual void onVfpAclTypeForPort( const Vesper::String& /*port*/ ) {}
-   };
-
-   // Named by its unit's number.
-   explicit VfpAclTypeForPort( U32 unit );
-
-   U32 unit() const { return unit_; }
-
-   // By port name; nothing when no type holds the port.
-   std::optional<Acl::AclType> vfpAclTypeForPort( const Vesper::String& port ) const;
-   const TypeMap& vfpAclTypeForPort() const { return vfpAclTypeForPort_; }
-   bool vfpAclTypeForPortHas( const Vesper::String& port ) const {
-      return vfpAclTypeForPort_.has( port );
-   }
-   // Adds or changes the member; notifies only on a change.
-   void vfpAclTypeForPortIs( const Vesper::String& port, Acl::AclType type );
-   // Removes the member and notifies; the type it held, or nothing.
-   std::optional<Acl::AclType> vfpAclTypeForPortDel( const Vesper::String& port );
-   void vfpAclTypeForPortDelAll();
-
- private:
-   const U32 unit_;
-   TypeMap vfpAclTypeForPort_;
-};
-
-// The free ingress interface classes of one unit.
-class HalyardIntfClassData : public Vesper::PtrInterface {
-   VESPER_FWK_TYPE( "Halyard::HalyardIntfClassData" )
-
- public:
-   using Ptr = Vesper::Ptr<HalyardIntfClassData>;
-
-   explicit HalyardIntfClassData( U32 unit ) : unit_( unit ) {}
-
-   U32 unit() const { return unit_; }
-
-   const IntfClassPool& freeAclIntfClass() const { return freeAclIntfClass_; }
-   U32 freeAclIntfClassPush( U8 intfClass ) { return freeAclIntfClass_.push( intfClass ); }
-   // The next free class; 0 when none is left.
-   U8 freeAclIntfClassPop() { return freeAclIntfClass_.pop(); }
-   void freeAclIntfClassIs( U32 index, U8 intfClass ) { freeAclIntfClass_.is( index, intfClass ); }
-   void freeAclIntfClassDel( U32 index ) { freeAclIntfClass_.del( index ); }
-   void freeAclIntfClassDelAll() { freeAclIntfClass_.delAll(); }
-
- private:
-   const U32 unit_;
-   IntfClassPool freeAclIntfClass_;
-};
-
-// The store of shared router ACL identifiers. Only its owner is here so far: the raclId
-// spaces, the per-VLAN classes and the free lists are not written yet.
-class IngressRaclData : public Vesper::PtrInterface {
-   VESPER_FWK_TYPE( "Halyard::IngressRaclData" )
-
- public:
-   using Ptr = Vesper::Ptr<IngressRaclData>;
-
-   explicit IngressRaclData( Vesper::BackPtr<AclHelper> aclHelper ) : aclHelper_( aclHelper ) {}
-
-   Vesper::BackPtr<AclHelper> aclHelper() const { return aclHelper_; }
-
- private:
-   const Vesper::BackPtr<AclHelper> aclHelper_;
-};
-
-// A new store with notifications off; its owner turns them on.
-IngressRaclData::Ptr ingressRaclDataFactory( Vesper::BackPtr<AclHelper> aclHelper );
-
-// The sharing manager of router ACLs. Only its inputs are here so far: it sizes no raclId
-// space, files no request with the L3 agents, copies no answer and restarts nothing yet.
-class SharedRaclMgmtSm : public Vesper::PtrInterface {
-   VESPER_FWK_TYPE( "Halyard::SharedRaclMgmtSm" )
-
- public:
-   using Ptr = Vesper::Ptr<SharedRaclMgmtSm>;
-
-   // A new manager with notifications off; its owner turns them on.
-   static Ptr SharedRaclMgmtSmIs( Acl::ParamConfig::PtrConst aclParamConfig,
-                                  HalyardCentral::AclHwStatus::PtrConst aclHwStatus,
-                                  IngressRaclData::Ptr ingressRaclData,
-                                  HalyardL3::L3IntfStatus::PtrConst l3IntfStatus,
-                                  Vesper::BackPtr<AclHelper> aclHelper );
-
-   const Acl::ParamConfig::PtrConst& aclParamConfig() const { return aclParamConfig_; }
-   const HalyardCentral::AclHwStatus::PtrConst& aclHwStatus() const { return aclHwStatus_; }
-   const IngressRaclData::Ptr& ingressRaclData() const { return ingressRaclData_; }
-   const HalyardL3::L3IntfStatus::PtrConst& l3IntfStatus() const { return l3IntfStatus_; }
-   Vesper::BackPtr<AclHelper> aclHelper() const { return aclHelper_; }
-
- private:
-   SharedRaclMgmtSm( Acl::ParamConfig::PtrConst aclParamConfig,
-                     HalyardCentral::AclHwStatus::PtrConst aclHwStatus,
-                     IngressRaclData::Ptr ingressRaclData,
-                     HalyardL3::L3IntfStatus::PtrConst l3IntfStatus,
-                     Vesper::BackPtr<AclHelper> aclHelper );
-
-   const Acl::ParamConfig::PtrConst aclParamConfig_;
-   const HalyardCentral::AclHwStatus::PtrConst aclHwStatus_;
-   const IngressRaclData::Ptr ingressRaclData_;
-   const HalyardL3::L3IntfStatus::PtrConst l3IntfStatus_;
-   const Vesper::BackPtr<AclHelper> aclHelper_;
-};
-
-// Follows the VLAN blocks that the VLAN topology agents report. Only its inputs are here so
-// far: it does not react to the reports yet.
-class VlanBlockedSm : public Vesper::PtrInterface {
-   VESPER_FWK_TYPE( "Halyard::VlanBlockedSm" )
-
- public:
-   using Ptr = Vesper::Ptr<VlanBlockedSm>;
-
-   // A new machine with notifications off; its owner turns them on.
-   static Ptr VlanBlockedSmIs(
-       HalyardCommonSmData::PtrConst hcsd, Vesper::BackPtr<AclHelper> aclHelper,
-       HalyardVlanTopo::VlanTopoBlockedStatus::PtrConst vlanTopoBlockedStatus );
-
-   const HalyardCommonSmData::PtrConst& hcsd() const { return hcsd_; }
-   Vesper::BackPtr<AclHelper> aclHelper() const { return aclHelper_; }
-   const HalyardVlanTopo::VlanTopoBlockedStatus::PtrConst& vlanTopoBlockedStatus() const {
-      return vlanTopoBlockedStatus_;
-   }
-
- private:
-   VlanBlockedSm( HalyardCommonSmData::PtrConst hcsd, Vesper::BackPtr<AclHelper> aclHelper,
-                  HalyardVlanTopo::VlanTopoBlockedStatus::PtrConst vlanTopoBlockedStatus );
-
-   const HalyardCommonSmData::PtrConst hcsd_;
-   const Vesper::BackPtr<AclHelper> aclHelper_;
-   const HalyardVlanTopo::VlanTopoBlockedStatus::PtrConst vlanTopoBlockedStatus_;
-};
 
 // The entry managers of AclHelper in declaration order: attribute name, manager kind. hwInit
 // fetches each from the TCAM group manager by its assignment number.
@@ -770,47 +632,6 @@ AclHelper::Ptr aclHelperFactory(
 // read is not written back.
 int setPortTabUsePortTableGroupId( HalyardTypes::HalyardPort sp );
 int setLPortTabUsePortTableGroupId( HalyardTypes::HalyardPort sp );
-
-// The entity in the agent's tree that owns the generic state machine.
-class AclSmEntity : public Vesper::NotifierBase<Vesper::Entity> {
-   VESPER_FWK_TYPE( "Halyard::AclSmEntity" )
-
- public:
-   using Ptr = Vesper::Ptr<AclSmEntity>;
-
-   class NotifieeConst : public Vesper::NotifieeBase<AclSmEntity> {
-    public:
-      virtual void onAclSm() {}
-   };
-
-   explicit AclSmEntity( Vesper::Name name ) : NotifierBase( std::move( name ) ) {}
-
-   const Fennel::AclSm::Ptr& aclSm() const { return aclSm_; }
-   // The standing machine when it was built from exactly these fourteen objects. Otherwise
-   // a new machine (Fennel::AclSm::create) replaces it, the notifiees hear onAclSm once, and
-   // the new machine's notifications are switched on last.
-   Fennel::AclSm::Ptr aclSmIs(
-       Fennel::FennelCommonSmData::Ptr fcsd, Acl::Config::PtrConst mainConfig,
-       Acl::ParamConfig::PtrConst aclParamConfig, Vesper::Dir::PtrConst intfConfigDir,
-       Acl::IntfConfig::PtrConst intfConfigCli, Vesper::Dir::PtrConst hwConfigDir,
-       Acl::StatusDp::Ptr status, Errdisable::CauseStatus::PtrConst aclCauseStatus,
-       Lag::Input::Config::PtrConst lagInputConfig, FennelHelper::AclHelper::Ptr aclHelper,
-       Vesper::Clock::PtrConst clock, Bridging::Config::PtrConst brConfig,
-       Interface::SubIntfStatusDir::PtrConst subIntfStatusDir,
-       Interface::SubIntfConfigDir::PtrConst subIntfConfigDir );
-   // Drops the machine, notifies, and switches the machine's notifications off; returns it.
-   // Without a machine: null, and nothing happens.
-   Fennel::AclSm::Ptr aclSmDel();
-
-   // The entity takes no part in the state backup of the object runtime.
-   bool hasBackupSupport() const override { return false; }
-
- private:
-   Fennel::AclSm::Ptr aclSm_;
-};
-
-// A new entity without a state machine, with notifications on.
-AclSmEntity::Ptr aclSmEntityFactory();
 
 }  // namespace Halyard
 
