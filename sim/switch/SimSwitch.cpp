@@ -26,9 +26,13 @@ StageCapacity smaller( const StageCapacity& a, const StageCapacity& b ) {
    return a.entries() <= b.entries() ? a : b;
 }
 
-Vesper::Ptr<HalyardCentral::HalyardAttributes> attributesFor( const SwitchProfile& profile ) {
+Vesper::Ptr<HalyardCentral::HalyardAttributes> attributesFor(
+    const SwitchProfile& profile, const std::map<U32, ChipKind>& unitKinds ) {
    auto attrs = HalyardCentral::halyardAttributesFactory();
    chipTableFill( *attrs );
+   for ( const auto& [unit, kind] : unitKinds ) {
+      attrs->chipIs( kind.chipInfo, chipAttributesOf( kind ) );
+   }
    attrs->egressFilterPerPortIs( profile.flags().egressFilterPerPort );
    return attrs;
 }
@@ -42,12 +46,18 @@ Fennel::FennelEpochStatus::Ptr epochStatusFor( const SwitchProfile& profile ) {
 
 }  // namespace
 
-std::map<U32, SimSwitch::Unit> SimSwitch::buildUnits( const SwitchProfile& profile ) {
+std::map<U32, SimSwitch::Unit> SimSwitch::buildUnits( const SwitchProfile& profile,
+                                                      const std::map<U32, ChipKind>& unitKinds ) {
    std::map<U32, Unit> units;
    for ( const auto& [number, def] : profile.units() ) {
       Unit& u = units[number];
       u.def = def;
-      u.kind = chipKindByName( def.kind );
+      const auto custom = unitKinds.find( number );
+      u.kind = custom != unitKinds.end() ? &custom->second : chipKindByName( def.kind );
+      if ( u.kind->portCount < def.portCount ) {
+         throw ProfileError( "unit " + std::to_string( number ) + ": chip kind " + u.kind->name +
+                             " has fewer ports than the profile gives the unit" );
+      }
       u.layout = unitPortLayout( def );
       ChipConfig config = u.kind->chipConfig( def.module );
       config.portCount = def.portCount;
@@ -58,11 +68,12 @@ std::map<U32, SimSwitch::Unit> SimSwitch::buildUnits( const SwitchProfile& profi
 
 SimSwitch::SimSwitch( const SwitchProfile& profile, const SwitchOptions& options )
     : profile_( complete( profile ) ),
-      units_( buildUnits( profile_ ) ),
+      unitKinds_( options.unitKinds ),
+      units_( buildUnits( profile_, unitKinds_ ) ),
       sdkInstall_( sdk_ ),
       groupManager_( SimTcamGroupManager::create( groupTableFor( options ) ) ),
       hcsd_( Halyard::halyardCommonSmDataFactory() ),
-      attributes_( attributesFor( profile_ ) ),
+      attributes_( attributesFor( profile_, unitKinds_ ) ),
       epochStatus_( epochStatusFor( profile_ ) ),
       processWide_( attributes_, epochStatus_, fabric_ ),
       vlanTopoSliceStatus_( HalyardVlanTopo::vlanTopoSliceStatusFactory() ),

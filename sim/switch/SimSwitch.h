@@ -76,6 +76,11 @@ struct SwitchOptions {
    std::optional<GroupTable> groupTable;
    // Replaces every unit's limits; each is cut to its chip's pools.
    std::optional<UnitLimits> unitLimits;
+   // Units built as a chip kind of the caller's own (a catalog kind with other capacities,
+   // probes or attributes) in place of the kind that their profile names, which still lays
+   // out the unit's ports. Each needs a ChipInfo of its own, whose row joins the chip table,
+   // and at least the profile's port count.
+   std::map<U32, ChipKind> unitKinds;
    // What AclHwStatus publishes.
    U32 raclIdBits = 10;
    bool ingressRaclSharingSupported = true;
@@ -152,7 +157,8 @@ class SimSwitch {
       std::unique_ptr<ChipModel> chip;
    };
 
-   static std::map<U32, Unit> buildUnits( const SwitchProfile& profile );
+   static std::map<U32, Unit> buildUnits( const SwitchProfile& profile,
+                                          const std::map<U32, ChipKind>& unitKinds );
    const Unit& unitAt( U32 unit ) const;
    std::vector<AgentChip> agentChips() const;
    GroupTable groupTableFor( const SwitchOptions& options ) const;
@@ -165,6 +171,7 @@ class SimSwitch {
 
    // Declared first so that the chips outlive everything that refers to them.
    SwitchProfile profile_;
+   std::map<U32, ChipKind> unitKinds_;
    std::map<U32, Unit> units_;
    SimSdk sdk_;
    Shim::SdkInstall sdkInstall_;
