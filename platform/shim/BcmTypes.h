@@ -45,13 +45,18 @@ enum soc_field_t : int {};
 
 namespace Shim {
 
-// The SDK's port bitmap: bit p of word p / 32 stands for port p. A value
-// type, copied whole. (Named after the SDK's structure; it lives in this
-// namespace because a leading underscore is reserved at global scope.)
+// The SDK's port bitmap: bit p of word p / 32 stands for port p. It holds
+// every port number of the 10-bit port field (0 to 1023), so that the port
+// 1023 that stands for an unknown interface can go into a mask. The ports of
+// a chip lie in the first tracedWordCount words, which is what the
+// field-processor command lines show. A value type, copied whole. (Named
+// after the SDK's structure; it lives in this namespace because a leading
+// underscore is reserved at global scope.)
 struct _shr_pbmp {
    static constexpr int wordBits = 32;
-   static constexpr int wordCount = 8;
+   static constexpr int wordCount = 32;
    static constexpr int portCount = wordBits * wordCount;
+   static constexpr int tracedWordCount = 8;
 
    U32 pbits[wordCount] = {};
 

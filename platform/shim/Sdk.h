@@ -285,6 +285,8 @@ class Sdk {
    virtual bool BCM_PBMP_IS_NULL( const bcm_pbmp_t& pbmp ) = 0;
    virtual void BCM_PBMP_PORT_ADD( bcm_pbmp_t& pbmp, bcm_port_t port ) = 0;
    virtual void BCM_PBMP_PORT_REMOVE( bcm_pbmp_t& pbmp, bcm_port_t port ) = 0;
+   // Whether `port` is in the bitmap.
+   virtual bool BCM_PBMP_MEMBER( const bcm_pbmp_t& pbmp, bcm_port_t port ) = 0;
    virtual void BCM_PBMP_COUNT( const bcm_pbmp_t& pbmp, int& count ) = 0;
 
    // ---- Chip probes: yes-or-no facts of the unit's chip.

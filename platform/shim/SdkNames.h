@@ -131,6 +131,7 @@
 #define BCM_PBMP_IS_NULL ::Shim::sdk_->BCM_PBMP_IS_NULL
 #define BCM_PBMP_PORT_ADD ::Shim::sdk_->BCM_PBMP_PORT_ADD
 #define BCM_PBMP_PORT_REMOVE ::Shim::sdk_->BCM_PBMP_PORT_REMOVE
+#define BCM_PBMP_MEMBER ::Shim::sdk_->BCM_PBMP_MEMBER
 #define BCM_PBMP_COUNT ::Shim::sdk_->BCM_PBMP_COUNT
 #define isChipGroupA ::Shim::sdk_->isChipGroupA
 #define isChipGroupB ::Shim::sdk_->isChipGroupB

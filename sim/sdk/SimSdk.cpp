@@ -2,6 +2,7 @@
 #include "sim/sdk/SimSdk.h"
 
 #include <algorithm>
+#include <bit>
 #include <iostream>
 #include <string>
 
@@ -12,11 +13,17 @@ namespace Sim {
 
 using namespace SdkValues;
 
+// Ports beyond the model's bitmap name no port of any chip (1023 stands for an unknown
+// interface): no packet arrives on or leaves by them, so the chip keeps no bit for them.
 PortBitmap portBitmapOf( const bcm_pbmp_t& pbmp ) {
    PortBitmap ports;
-   for ( int p = 0; p < bcm_pbmp_t::portCount; ++p ) {
-      if ( pbmp.member( p ) ) {
-         ports.set( static_cast<U32>( p ) );
+   constexpr int kWords = static_cast<int>( PortBitmap::kCapacity ) / bcm_pbmp_t::wordBits;
+   for ( int w = 0; w < kWords; ++w ) {
+      U32 bits = pbmp.pbits[w];
+      while ( bits ) {
+         const int b = std::countr_zero( bits );
+         ports.set( static_cast<U32>( w * bcm_pbmp_t::wordBits + b ) );
+         bits &= bits - 1;
       }
    }
    return ports;
@@ -137,6 +144,10 @@ void SimSdk::BCM_PBMP_PORT_ADD( bcm_pbmp_t& pbmp, bcm_port_t port ) {
 
 void SimSdk::BCM_PBMP_PORT_REMOVE( bcm_pbmp_t& pbmp, bcm_port_t port ) {
    pbmp.portRemove( port );
+}
+
+bool SimSdk::BCM_PBMP_MEMBER( const bcm_pbmp_t& pbmp, bcm_port_t port ) {
+   return pbmp.member( port );
 }
 
 void SimSdk::BCM_PBMP_COUNT( const bcm_pbmp_t& pbmp, int& count ) {

@@ -50,7 +50,8 @@
 
 namespace Sim {
 
-// The SDK's port bitmap and the chip model's, ports for ports.
+// The SDK's port bitmap and the chip model's, ports for ports; ports beyond the model's
+// bitmap (such as 1023) are no chip's and are left out.
 PortBitmap portBitmapOf( const bcm_pbmp_t& pbmp );
 bcm_pbmp_t pbmpOf( const PortBitmap& ports );
 
@@ -286,6 +287,7 @@ class SimSdk : public Shim::Sdk {
    bool BCM_PBMP_IS_NULL( const bcm_pbmp_t& pbmp ) override;
    void BCM_PBMP_PORT_ADD( bcm_pbmp_t& pbmp, bcm_port_t port ) override;
    void BCM_PBMP_PORT_REMOVE( bcm_pbmp_t& pbmp, bcm_port_t port ) override;
+   bool BCM_PBMP_MEMBER( const bcm_pbmp_t& pbmp, bcm_port_t port ) override;
    void BCM_PBMP_COUNT( const bcm_pbmp_t& pbmp, int& count ) override;
    bool isChipGroupA( int unit ) override;
    bool isChipGroupB( int unit ) override;

@@ -117,6 +117,14 @@ SwitchVerdict SimSwitch::inject( std::string_view ingressName, Packet p,
    return v;
 }
 
+bool SwitchVerdict::dropped() const {
+   if ( ingress.dropped || ( egress && egress->dropped ) ) {
+      return true;
+   }
+   const bool egressDrop = ingress.egressDropped.any() || ( egress && egress->egressDropped.any() );
+   return egressDrop && delivered.empty();
+}
+
 std::string SwitchVerdict::text() const {
    std::ostringstream out;
    out << "unit " << ingressUnit << ": " << ingress.text();

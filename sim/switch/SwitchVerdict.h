@@ -26,8 +26,9 @@ struct SwitchVerdict {
    std::vector<HalyardTypes::HalyardPort> delivered;
 
    bool forwarded() const { return !delivered.empty(); }
-   // A VFP or IFP drop on either unit.
-   bool dropped() const { return ingress.dropped || ( egress && egress->dropped ); }
+   // A VFP or IFP drop on either unit, or EFP drops of every copy: a packet that had
+   // destinations and reaches none because EFP entries dropped it reads as dropped.
+   bool dropped() const;
    bool copyToCpu() const { return ingress.copyToCpu || ( egress && egress->copyToCpu ); }
    // One line for failure messages and traces.
    std::string text() const;

@@ -12,10 +12,10 @@ TEST( PortBitmapTest, PortsLandInTheirWordAndBit ) {
    EXPECT_TRUE( pbmp.isNull() );
    pbmp.portAdd( 0 );
    pbmp.portAdd( 33 );
-   pbmp.portAdd( 255 );
+   pbmp.portAdd( 1023 );
    EXPECT_EQ( 0x1u, pbmp.pbits[0] );
    EXPECT_EQ( 0x2u, pbmp.pbits[1] );
-   EXPECT_EQ( 0x80000000u, pbmp.pbits[7] );
+   EXPECT_EQ( 0x80000000u, pbmp.pbits[31] );
    EXPECT_EQ( 3, pbmp.count() );
    EXPECT_TRUE( pbmp.member( 33 ) );
    EXPECT_FALSE( pbmp.member( 32 ) );
@@ -42,14 +42,14 @@ TEST_P( PortBitmapRangeTest, PortsOutsideTheBitmapRaiseTheRangeError ) {
       pbmp.portAdd( GetParam() );
       FAIL() << "no exception";
    } catch ( const Vesper::RangeException& e ) {
-      EXPECT_STREQ( "bcm_pbmp_t port < 0 or > 255 not allowed", e.what() );
+      EXPECT_STREQ( "bcm_pbmp_t port < 0 or > 1023 not allowed", e.what() );
    }
    EXPECT_THROW( pbmp.member( GetParam() ), Vesper::RangeException );
    EXPECT_THROW( pbmp.portRemove( GetParam() ), Vesper::RangeException );
    EXPECT_TRUE( pbmp.isNull() );
 }
 
-INSTANTIATE_TEST_SUITE_P( OutOfRange, PortBitmapRangeTest, ::testing::Values( -1, 256 ) );
+INSTANTIATE_TEST_SUITE_P( OutOfRange, PortBitmapRangeTest, ::testing::Values( -1, 1024 ) );
 
 }  // namespace
 }  // namespace ShimTest

@@ -122,6 +122,7 @@
    X( bool, BCM_PBMP_IS_NULL, const bcm_pbmp_t& )                                                 \
    X( void, BCM_PBMP_PORT_ADD, bcm_pbmp_t&, bcm_port_t )                                          \
    X( void, BCM_PBMP_PORT_REMOVE, bcm_pbmp_t&, bcm_port_t )                                       \
+   X( bool, BCM_PBMP_MEMBER, const bcm_pbmp_t&, bcm_port_t )                                      \
    X( void, BCM_PBMP_COUNT, const bcm_pbmp_t&, int& )                                             \
    X( bool, isChipGroupA, int )                                                                   \
    X( bool, isChipGroupB, int )                                                                   \

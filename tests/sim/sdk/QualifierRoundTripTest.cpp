@@ -188,6 +188,42 @@ TEST_F( QualifierTest, InPortsOnALiveEntryReplacesTheOldBitmaps ) {
    EXPECT_TRUE( *chip_.entryPending( e ) );
 }
 
+// Port 1023 stands for an interface the port map does not know: it goes into a mask, is
+// found there by the member test, and reaches no port of the chip.
+TEST_F( QualifierTest, Port1023StandsInAMaskAndMatchesNoChipPort ) {
+   bcm_pbmp_t some;
+   BCM_PBMP_CLEAR( some );
+   BCM_PBMP_PORT_ADD( some, 1023 );
+   BCM_PBMP_PORT_ADD( some, 4 );
+   EXPECT_TRUE( BCM_PBMP_MEMBER( some, 1023 ) );
+   EXPECT_TRUE( BCM_PBMP_MEMBER( some, 4 ) );
+   EXPECT_FALSE( BCM_PBMP_MEMBER( some, 5 ) );
+   int count = 0;
+   BCM_PBMP_COUNT( some, count );
+   EXPECT_EQ( 2, count );
+
+   const EntryId e = newEntry();
+   SDK_CHECK( bcm_field_qualify_InPorts( kUnit, e, some, PBMP_ALL( kUnit ) ) );
+   EXPECT_EQ( ( PortBitmap{ 4 } ), chip_.inPorts( e )->data );
+   BCM_PBMP_PORT_REMOVE( some, 1023 );
+   EXPECT_FALSE( BCM_PBMP_MEMBER( some, 1023 ) );
+}
+
+// The scan the back-end makes over ports 0 to 255 finds exactly the ports of the bitmap.
+TEST_F( QualifierTest, MemberTestFindsEveryPortOfAUnitBitmap ) {
+   const bcm_pbmp_t front = PBMP_PORT_ALL( kUnit );
+   std::vector<int> found;
+   for ( int port = 0; port < 256; ++port ) {
+      if ( BCM_PBMP_MEMBER( front, port ) ) {
+         found.push_back( port );
+      }
+   }
+   ASSERT_EQ( kind_.portCount - 1, found.size() );
+   EXPECT_EQ( 1, found.front() );
+   EXPECT_EQ( int( kind_.portCount ) - 1, found.back() );
+   EXPECT_THROW( BCM_PBMP_MEMBER( front, 1024 ), Vesper::RangeException );
+}
+
 TEST_F( QualifierTest, OutPortIsStoredAsThePortNumber ) {
    const EntryId e = newEntry( kEfp );
    SDK_CHECK( bcm_field_qualify_OutPort( kUnit, e, 17, 0xff ) );

@@ -114,6 +114,40 @@ TEST_F( InjectTest, EgressUnitDecidesItsOwnPorts ) {
    EXPECT_EQ( Ports{ HalyardPort( 1, 7 ) }, v.delivered );
 }
 
+// An EFP drop of the only copy is a drop of the packet, on the ingress unit or on the other;
+// a copy that another port still gets is no drop.
+TEST_F( InjectTest, EgressDropOfTheOnlyCopyReadsAsDropped ) {
+   auto dropOutPort = [&]( U32 unit, U32 port ) {
+      const U32 e = newEntry( sw, unit, Halyard::tcamGroupIpAclEgress );
+      EXPECT_EQ( Status::Ok, sw.chip( unit ).qualifierIs( e, QualId::OutPort, port, 0xFF ) );
+      EXPECT_EQ( Status::Ok, sw.chip( unit ).actionIs( e, ActionId::Drop, 0, 0 ) );
+      install( sw, unit, e );
+      return e;
+   };
+   const U32 local = dropOutPort( 0, 2 );
+   Sim::SwitchVerdict v = sw.inject( "Ethernet1", tcpPacket(), "Ethernet2" );
+   EXPECT_EQ( local, v.ingress.hitIn( Halyard::tcamGroupIpAclEgress, 2 ) );
+   EXPECT_TRUE( v.dropped() ) << v.text();
+   EXPECT_FALSE( v.forwarded() );
+
+   const U32 remote = dropOutPort( 1, 6 );
+   v = sw.inject( "Ethernet1", tcpPacket(), "Ethernet30" );
+   ASSERT_TRUE( v.egress );
+   EXPECT_EQ( remote, v.egress->hitIn( Halyard::tcamGroupIpAclEgress, 6 ) );
+   EXPECT_TRUE( v.dropped() ) << v.text();
+
+   Sim::Packet both = tcpPacket();
+   both.ingressPortIs( 1 ).egressPortIs( 2 );
+   both.egressPorts.set( 3 );
+   const Sim::Verdict chipVerdict = sw.chip( 0 ).lookup( both );
+   EXPECT_EQ( PortBitmap{ 2 }, chipVerdict.egressDropped );
+   EXPECT_EQ( PortBitmap{ 3 }, chipVerdict.egressPorts );
+   Sim::SwitchVerdict twoCopies;
+   twoCopies.ingress = chipVerdict;
+   twoCopies.delivered = { HalyardPort( 0, 3 ) };
+   EXPECT_FALSE( twoCopies.dropped() );
+}
+
 TEST_F( InjectTest, IngressInterfaceKindsSetPortAndVlan ) {
    const U32 portChannel = probe( 0, 21, 1 );  // first member of Port-Channel10
    const U32 subIntf = probe( 0, 5, 300 );
