@@ -13,7 +13,8 @@
 #include "platform/vesper/Trace.h"
 #include "sim/sdk/SdkValues.h"
 #include "tests/acl/SecurityMachineTable.h"
-#include "tests/acl/bringup/BringupSwitch.h"
+#include "tests/acl/bringup/MgmtEntryExpectations.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclBringupTest {
 namespace {
@@ -69,7 +70,7 @@ struct ChipFlags {
 
 ChipFlags chipFlagsOf( const BringupSwitch& sw ) {
    ChipFlags f;
-   for ( U32 u = 0; u < sw.units(); ++u ) {
+   for ( U32 u = 0; u < sw.unitCount(); ++u ) {
       const Sim::ChipKind& k = sw.kind( u );
       const U32 family = k.chipInfo.familyCode();
       f.permitFamily |= family == 7 || family == 8;
@@ -118,7 +119,7 @@ TEST_P( CapabilityTest, FlagsFollowTheChipProbes ) {
 
 TEST_P( CapabilityTest, BypassLeavesEveryFlagAtItsDefaultAndTouchesNoHardware ) {
    BringupSwitch sw( SwitchLayout{ { GetParam() } } );
-   sw.sw().hcsd()->aclHwInitBypassIs( true );
+   sw.sim().hcsd()->aclHwInitBypassIs( true );
    sw.hwInit();
    const AclHelper& h = *sw.helper();
    for ( const auto& name : FennelHelper::aclCapabilityNames ) {
@@ -131,15 +132,15 @@ TEST_P( CapabilityTest, BypassLeavesEveryFlagAtItsDefaultAndTouchesNoHardware ) 
    EXPECT_FALSE( h.aclMgmtEntryMgr() );
    EXPECT_TRUE( h.halyardAclTypeDirectionFeatureSm().empty() );
    EXPECT_FALSE( h.halyardIntfClassDataHas( 0 ) );
-   EXPECT_TRUE( sw.chipEntries( 0 ).empty() );
-   EXPECT_EQ( sw.sw().sdk().callCount( "bcm_port_control_set" ), 0u );
+   EXPECT_TRUE( HalyardTest::chipEntries( sw.chip( 0 ) ).empty() );
+   EXPECT_EQ( sw.sim().sdk().callCount( "bcm_port_control_set" ), 0u );
 }
 
 TEST_P( CapabilityTest, PortTablesTakeTheClassFromTheGroupIdWhereTheChipNeedsIt ) {
    BringupSwitch sw( SwitchLayout{ { GetParam() } } );
    sw.hwInit();
    const Sim::ChipKind& kind = sw.kind( 0 );
-   for ( U32 port = 1; port <= BringupSwitch::frontPanelPorts; ++port ) {
+   for ( U32 port = 1; port <= sw.frontPanelPorts(); ++port ) {
       const auto& ports = sw.chip( 0 ).ports();
       const auto field = static_cast<U32>( Sim::SdkValues::kUsePortTableGroupIdField );
       const auto portTab =
@@ -151,7 +152,7 @@ TEST_P( CapabilityTest, PortTablesTakeTheClassFromTheGroupIdWhereTheChipNeedsIt 
                  kind.probes.groupF || kind.probes.groupC ? std::nullopt : std::optional<U32>( 1 ) )
           << port;
    }
-   EXPECT_TRUE( sw.sw().sdk().gate().violations().empty() );
+   EXPECT_TRUE( sw.sim().sdk().gate().violations().empty() );
 }
 
 INSTANTIATE_TEST_SUITE_P( ChipKinds, CapabilityTest, ::testing::ValuesIn( catalogKindNames() ),
@@ -188,7 +189,7 @@ TEST_F( HwInitTest, VxlanIsSupportedOnlyWhenEveryChipMatchesIt ) {
 TEST_F( HwInitTest, RouterAclSharingFollowsTheHardwareFlag ) {
    for ( const bool supported : { true, false } ) {
       BringupSwitch sw( SwitchLayout{ { "trident2" } } );
-      sw.sw().aclHwStatus()->ingressRaclSharingSupportedIs( supported );
+      sw.sim().aclHwStatus()->ingressRaclSharingSupportedIs( supported );
       sw.hwInit();
       EXPECT_EQ( sw.helper()->ingressRaclSharingSupported(), supported );
    }
@@ -206,14 +207,14 @@ TEST_F( HwInitTest, TheGroupManagerIsToldWhetherSharingIsOn ) {
 
 TEST_F( HwInitTest, WithoutAclSupportAUnitGetsNoEntryButItsStatusClassesAndFilter ) {
    BringupSwitch sw( SwitchLayout{ { "trident3", "tomahawk" } } );
-   sw.sw().aclSupportedIs( false );
+   sw.sim().aclSupportedIs( false );
    sw.hwInit();
    const AclHelper& h = *sw.helper();
-   for ( U32 unit = 0; unit < sw.units(); ++unit ) {
+   for ( U32 unit = 0; unit < sw.unitCount(); ++unit ) {
       SCOPED_TRACE( "unit " + std::to_string( unit ) );
-      EXPECT_TRUE( sw.chipEntries( unit ).empty() );
-      const Vesper::Name chipName = sw.sw().hcsd()->halyardModId( U16( unit ) ).chipName();
-      EXPECT_TRUE( sw.sw().statusDp()->tcamStatusHas( chipName ) ) << chipName;
+      EXPECT_TRUE( HalyardTest::chipEntries( sw.chip( unit ) ).empty() );
+      const Vesper::Name chipName = sw.sim().hcsd()->halyardModId( U16( unit ) ).chipName();
+      EXPECT_TRUE( sw.sim().statusDp()->tcamStatusHas( chipName ) ) << chipName;
       ASSERT_TRUE( h.halyardIntfClassDataHas( unit ) );
       EXPECT_EQ( h.halyardIntfClassData( unit )->freeAclIntfClass().size(), 255u );
       EXPECT_EQ( sw.chip( unit ).ports().portControl(
@@ -230,14 +231,14 @@ TEST_F( HwInitTest, EveryUnitGetsItsTcamStatusAndTheFreeIngressClassesHighestFir
    for ( U32 c = 255; c >= 1; --c ) {
       rising.push_back( U8( c ) );
    }
-   for ( U32 unit = 0; unit < sw.units(); ++unit ) {
-      const Vesper::Name chipName = sw.sw().hcsd()->halyardModId( U16( unit ) ).chipName();
-      EXPECT_TRUE( sw.sw().statusDp()->tcamStatusHas( chipName ) );
+   for ( U32 unit = 0; unit < sw.unitCount(); ++unit ) {
+      const Vesper::Name chipName = sw.sim().hcsd()->halyardModId( U16( unit ) ).chipName();
+      EXPECT_TRUE( sw.sim().statusDp()->tcamStatusHas( chipName ) );
       const auto classes = sw.helper()->halyardIntfClassData( unit );
       ASSERT_TRUE( classes );
       EXPECT_EQ( classes->freeAclIntfClass().stack().topFirst(), rising );
    }
-   EXPECT_EQ( sw.sw().statusDp()->tcamStatus().size(), 2u );
+   EXPECT_EQ( sw.sim().statusDp()->tcamStatus().size(), 2u );
 }
 
 // ---- The egress filter.
@@ -258,6 +259,14 @@ constexpr const char* filterOff =
 constexpr const char* filterOn =
     "bcm_port_control_set( unitIter.key(), portId, bcmPortControlFilterEgress, 1 ) (rc:0)";
 
+// A modular system: the units' link ports are fabric ports.
+SwitchLayout fabricLayout( std::vector<std::string> kinds, bool egressFilterPerPort ) {
+   SwitchLayout layout( std::move( kinds ) );
+   layout.fabric = true;
+   layout.egressFilterPerPort = egressFilterPerPort;
+   return layout;
+}
+
 std::optional<S32> filterEgress( BringupSwitch& sw, U32 unit, U32 port ) {
    return sw.chip( unit ).ports().portControl(
        port, static_cast<U32>( Sim::SdkValues::kPortControlFilterEgress ) );
@@ -265,21 +274,21 @@ std::optional<S32> filterEgress( BringupSwitch& sw, U32 unit, U32 port ) {
 
 TEST_F( HwInitTest, EgressFilterIsOffOnPortZeroThenOnPerFabricPortOfTheUnitsOwnModule ) {
    // trident3 links by its last port; jericho by its eight HiGig ports.
-   BringupSwitch sw( SwitchLayout{ { "trident3", "jericho" }, true, true } );
+   BringupSwitch sw( fabricLayout( { "trident3", "jericho" }, true ) );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.hwInit();
 
    std::vector<std::string> expected;
-   for ( const auto& unitIter : sw.sw().hcsd()->halyardModId() ) {
+   for ( const auto& unitIter : sw.sim().hcsd()->halyardModId() ) {
       expected.push_back( filterOff );
-      expected.insert( expected.end(), sw.sw().portLayout( unitIter.key() ).linkPorts.size(),
+      expected.insert( expected.end(), sw.sim().portLayout( unitIter.key() ).linkPorts.size(),
                        filterOn );
    }
    EXPECT_EQ( portControlCalls( trace.lines() ), expected );
-   for ( U32 unit = 0; unit < sw.units(); ++unit ) {
+   for ( U32 unit = 0; unit < sw.unitCount(); ++unit ) {
       SCOPED_TRACE( "unit " + std::to_string( unit ) );
       EXPECT_EQ( filterEgress( sw, unit, 0 ), std::optional<S32>( 0 ) );
-      const auto& links = sw.sw().portLayout( unit ).linkPorts;
+      const auto& links = sw.sim().portLayout( unit ).linkPorts;
       for ( U32 port = 1; port < sw.kind( unit ).portCount; ++port ) {
          const bool link = std::find( links.begin(), links.end(), port ) != links.end();
          EXPECT_EQ( filterEgress( sw, unit, port ), link ? std::optional<S32>( 1 ) : std::nullopt )
@@ -289,11 +298,11 @@ TEST_F( HwInitTest, EgressFilterIsOffOnPortZeroThenOnPerFabricPortOfTheUnitsOwnM
 }
 
 TEST_F( HwInitTest, WithoutThePlatformAttributeOnlyPortZeroIsSet ) {
-   BringupSwitch sw( SwitchLayout{ { "trident3", "jericho" }, true, false } );
+   BringupSwitch sw( fabricLayout( { "trident3", "jericho" }, false ) );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.hwInit();
    EXPECT_EQ( portControlCalls( trace.lines() ), std::vector<std::string>( 2, filterOff ) );
-   EXPECT_EQ( filterEgress( sw, 1, sw.sw().portLayout( 1 ).linkPorts.front() ), std::nullopt );
+   EXPECT_EQ( filterEgress( sw, 1, sw.sim().portLayout( 1 ).linkPorts.front() ), std::nullopt );
 }
 
 // ---- Managers and state machines.
@@ -433,31 +442,27 @@ class HwInitDeathTest : public HwInitTest {};
 TEST_F( HwInitDeathTest, AFailedSdkCallStopsWithItsText ) {
    BringupSwitch sw( SwitchLayout{ { "trident3" } } );
    // The third SrcClassField is that of the drop+log entry.
-   sw.sw().sdk().failCall( "bcm_field_qualify_SrcClassField", 3, -4 );
+   sw.sim().sdk().failCall( "bcm_field_qualify_SrcClassField", 3, -4 );
    EXPECT_DEATH( sw.hwInit(),
                  sdkCheckFailure( "bcm_field_qualify_SrcClassField( unitIter.key(), entry, ( "
                                   "classVfpAclDrop_ | classVfpAclLog_ ), ( classVfpAclDrop_ | "
                                   "classVfpAclLog_ ) )" ) );
    BringupSwitch other( SwitchLayout{ { "tomahawk" } } );
-   other.sw().sdk().failCall( "bcm_port_control_set", 1, -18 );
+   other.sim().sdk().failCall( "bcm_port_control_set", 1, -18 );
    EXPECT_DEATH( other.hwInit(), sdkCheckFailure( "bcm_port_control_set( unitIter.key(), 0, "
                                                   "bcmPortControlFilterEgress, 0 )" ) );
 }
 
 TEST_F( HwInitDeathTest, AMissingManagerStopsWithItsAccessor ) {
-   SwitchLayout layout{ { "trident3" } };
-   layout.missingGroups = { Halyard::tcamGroupMirroringAcl3 };
-   BringupSwitch sw( layout );
+   BringupSwitch sw( SwitchLayout{ { "trident3" } }, { Halyard::tcamGroupMirroringAcl3 } );
    EXPECT_DEATH( sw.hwInit(), assertionFailure( "mirroringAclGroup3EntryManager()" ) );
-   SwitchLayout mgmt{ { "trident3" } };
-   mgmt.missingGroups = { Halyard::tcamGroupAclMgmt };
-   BringupSwitch noMgmt( mgmt );
+   BringupSwitch noMgmt( SwitchLayout{ { "trident3" } }, { Halyard::tcamGroupAclMgmt } );
    EXPECT_DEATH( noMgmt.hwInit(), assertionFailure( "aclMgmtEntryMgr()" ) );
 }
 
 TEST_F( HwInitDeathTest, AChipWithoutAttributesStops ) {
    BringupSwitch sw( SwitchLayout{ { "trident3" } } );
-   sw.sw().attributes()->chipDel( sw.kind( 0 ).chipInfo );
+   sw.sim().attributes()->chipDel( sw.kind( 0 ).chipInfo );
    EXPECT_DEATH( sw.hwInit(), "bring-up of a unit whose chip has no attributes" );
 }
 

@@ -11,7 +11,7 @@
 #include "acl/ToggleState.h"
 #include "platform/vesper/ActivityLock.h"
 #include "sim/chip/Packet.h"
-#include "tests/acl/bringup/BringupSwitch.h"
+#include "tests/acl/bringup/MgmtEntryExpectations.h"
 
 namespace AclBringupTest {
 namespace {

@@ -15,8 +15,8 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/sdk/SimSdk.h"
-#include "tests/acl/bringup/BringupSwitch.h"
 #include "tests/acl/bringup/MgmtEntryExpectations.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclBringupTest {
 namespace {
@@ -62,14 +62,14 @@ class MgmtEntriesTest : public ::testing::TestWithParam<std::string> {
 TEST_P( MgmtEntriesTest, LeavesExactlyTheTenEntriesWithTheirKeysActionsAndInstallation ) {
    const std::vector<std::string> fpLines = bringUp();
 
-   std::vector<U32> onChip = sw_.chipEntries( unit );
+   std::vector<U32> onChip = HalyardTest::chipEntries( sw_.chip( unit ) );
    std::vector<U32> expected = sw_.managementEntriesInOrder();
    std::sort( onChip.begin(), onChip.end() );
    std::sort( expected.begin(), expected.end() );
    EXPECT_EQ( onChip, expected );
    expectEntries( true, true );
    EXPECT_EQ( fpLines, expectedFpLines( sw_, unit, true, true ) );
-   EXPECT_EQ( sw_.sw().sdk().gate().lockViolations(), 0u );
+   EXPECT_EQ( sw_.sim().sdk().gate().lockViolations(), 0u );
 }
 
 TEST_P( MgmtEntriesTest, EntriesStandInTheirGroupsInOffsetOrder ) {
@@ -97,7 +97,7 @@ TEST_P( MgmtEntriesTest, UnderSimulationAllTenAreKeyedAndNoneIsInstalled ) {
    const std::vector<std::string> fpLines = bringUp();
 
    EXPECT_FALSE( sw_.helper()->installEntries() );
-   EXPECT_EQ( sw_.chipEntries( unit ).size(), 10u );
+   EXPECT_EQ( HalyardTest::chipEntries( sw_.chip( unit ) ).size(), 10u );
    expectEntries( true, false );
    EXPECT_EQ( fpLines, expectedFpLines( sw_, unit, true, false ) );
    for ( const std::string& line : fpLines ) {
@@ -141,7 +141,7 @@ TEST_P( MgmtEntriesTest, TheToggleIsReadOncePerProcess ) {
 
 TEST_P( MgmtEntriesTest, PortMasksAreTheUnitsFullBitmapAndAnEmptyOne ) {
    bringUp();
-   EXPECT_EQ( Halyard::allPortsMask[unit], sw_.sw().sdk().PBMP_ALL( int( unit ) ) );
+   EXPECT_EQ( Halyard::allPortsMask[unit], sw_.sim().sdk().PBMP_ALL( int( unit ) ) );
    EXPECT_TRUE( Halyard::noPortsMask.isNull() );
 }
 

@@ -26,7 +26,7 @@ struct UnitFacts {
 };
 
 UnitFacts unitFacts( BringupSwitch& sw, U32 unit ) {
-   Sim::SimSdk& sdk = sw.sw().sdk();
+   Sim::SimSdk& sdk = sw.sim().sdk();
    const Sim::ChipKind& kind = sw.kind( unit );
    UnitFacts f{ unit, sdk.PBMP_ALL( int( unit ) ), sdk.PBMP_PORT_ALL( int( unit ) ), {},
                 {},   kind.probes.groupF };
@@ -185,7 +185,44 @@ class FpScript {
    std::vector<std::string> lines_;
 };
 
+HalyardTest::AgentOptions optionsOf( const SwitchLayout& layout,
+                                     const std::vector<Halyard::TcamGroupAssignment>& missing ) {
+   HalyardTest::AgentOptions options;
+   options.hwInit = false;
+   if ( !missing.empty() ) {
+      options.sim.groupTable = HalyardTest::groupTableWithout(
+          HalyardTest::catalogKind( layout.kinds.front() ), missing );
+   }
+   return options;
+}
+
 }  // namespace
+
+BringupSwitch::BringupSwitch( const SwitchLayout& layout,
+                              const std::vector<Halyard::TcamGroupAssignment>& missingGroups )
+    : AgentSwitch( layout, optionsOf( layout, missingGroups ) ), layout_( layout ) {}
+
+U32 BringupSwitch::mgmtEntry( Halyard::AclManagementTcams offset ) const {
+   return boundedManager( Halyard::tcamGroupAclMgmt ).entryBase() + offset;
+}
+
+U32 BringupSwitch::portBlockingEntry( Halyard::AclPortBlockingTcams offset ) const {
+   return boundedManager( Halyard::tcamGroupAclPortBlocking ).entryBase() + offset;
+}
+
+std::vector<U32> BringupSwitch::managementEntriesInOrder() const {
+   using namespace Halyard;
+   return { portBlockingEntry( aclMgmtTcamPortBlock1 ),
+            portBlockingEntry( aclMgmtTcamPortBlock2 ),
+            mgmtEntry( aclMgmtTcamStpBlock ),
+            mgmtEntry( aclMgmtTcamStpLearn ),
+            mgmtEntry( aclMgmtTcamVfpDropLog ),
+            mgmtEntry( aclMgmtTcamVfpDrop ),
+            mgmtEntry( aclMgmtTcamVfpLog ),
+            mgmtEntry( aclMgmtTcamVlanBlock ),
+            portBlockingEntry( aclMgmtTcamEgressBlock1 ),
+            portBlockingEntry( aclMgmtTcamEgressBlock2 ) };
+}
 
 EntryFace entryFace( Sim::ChipModel& chip, U32 entry ) {
    EntryFace face;

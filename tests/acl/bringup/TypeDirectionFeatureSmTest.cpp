@@ -11,7 +11,7 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Exception.h"
 #include "platform/vesper/ValueText.h"
-#include "tests/acl/bringup/BringupSwitch.h"
+#include "tests/acl/bringup/MgmtEntryExpectations.h"
 
 namespace AclBringupTest {
 namespace {
@@ -69,8 +69,8 @@ TEST_F( TypeDirectionFeatureSmTest, EgressMachinesHaveAPoolPerUnitOfTheirTypesCl
       const Sm::Ptr egress = sm( share.type, Acl::out_ );
       ASSERT_TRUE( egress );
       EXPECT_EQ( egress->intfClassMask(), share.mask );
-      EXPECT_EQ( egress->unitData().size(), sw_.units() );
-      for ( U32 unit = 0; unit < sw_.units(); ++unit ) {
+      EXPECT_EQ( egress->unitData().size(), sw_.unitCount() );
+      for ( U32 unit = 0; unit < sw_.unitCount(); ++unit ) {
          EXPECT_EQ( topFirst( egress->unitData( unit ) ), share.topFirst ) << "unit " << unit;
       }
       EXPECT_EQ( egress->groupManager(), sw_.groupManager() );
@@ -98,7 +98,7 @@ TEST_F( TypeDirectionFeatureSmTest, AFeatureMachineOnEgressGetsPoolsOfItsOwn ) {
    const Sm::Ptr security = sm( Acl::ip_, Acl::out_ );
    ASSERT_TRUE( mirroring );
    EXPECT_EQ( mirroring->intfClassMask(), 0x0E );
-   EXPECT_EQ( mirroring->unitData().size(), sw_.units() );
+   EXPECT_EQ( mirroring->unitData().size(), sw_.unitCount() );
    EXPECT_NE( mirroring->unitData( 0 ), security->unitData( 0 ) );
    mirroring->unitData( 0 )->freeIntfClassPop();
    EXPECT_EQ( topFirst( security->unitData( 0 ) ).size(), 7u );
