@@ -13,7 +13,13 @@
 //      or after the IP header when there is none, or after Ethernet for a non-IP packet).
 //   4. Header lengths on the wire are the usual fixed ones: Ethernet 14 (18 with a tag), IPv4 20,
 //      IPv6 40 plus 8 for a fragment header, TCP 20, UDP 8, ICMP 8. A payload match counts its
-//      offsets on that layout.
+//      offsets on that layout. A packet with a `vlan` carries an 802.1Q tag (priority 0).
+//   5. Header fields the description leaves out have fixed values on the wire (PacketWire.h
+//      writes them): IPv4 identification, checksums, TCP sequence and acknowledgement numbers,
+//      urgent pointer, IPv6 flow label and fragment identification are 0; the TCP data offset
+//      is 5 words and the window 0xFFFF; the UDP length is 8 plus the payload; a first fragment
+//      has more-fragments set and offset 0, a later one more-fragments clear and offset
+//      laterFragmentOffset.
 #pragma once
 
 #include <optional>
@@ -31,6 +37,10 @@ namespace Fennel {
 // Where a packet stands in fragmentation: whole, first fragment (more-fragments set, offset 0),
 // or a later fragment (offset not 0).
 enum class Frag : U8 { none = 0, first = 1, later = 2 };
+
+// The fragment offset of a later fragment on the wire, in 8-byte units: 1480 bytes, where the
+// second fragment of a packet cut for a 1500-byte MTU starts.
+inline constexpr U16 laterFragmentOffset = 185;
 
 struct PacketEth {
    Pylon::EthAddr src;

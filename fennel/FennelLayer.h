@@ -1,8 +1,0 @@
-#pragma once
-
-namespace Fennel {
-
-// The name of the generic ACL layer, for diagnostics.
-const char* layerName();
-
-}  // namespace Fennel
