@@ -3,7 +3,9 @@
 // check what bring-up built.
 #pragma once
 
+#include "acl/HalyardAclSm.h"
 #include "platform/acl/AclTypes.h"
+#include "platform/tcam/HalyardTcamGroupManager.h"
 #include "platform/tcam/TcamGroupAssignment.h"
 
 namespace HalyardAclTest {
@@ -46,5 +48,23 @@ inline constexpr SecurityMachineRow securityMachineRows[] = {
         noManager, Halyard::tcamGroupIp6RouterAclEgress,
         Halyard::tcamGroupIp6StdAclRouterEgress } },
 };
+
+// Builds the six machines on `helper` with the managers of `groupManager`, as bring-up does,
+// for tests of what the machines serve without the rest of bring-up.
+inline void makeSecurityStateMachines( const Halyard::HalyardTcamGroupManager& groupManager,
+                                       const Halyard::AclHelper::Ptr& helper ) {
+   for ( const SecurityMachineRow& row : securityMachineRows ) {
+      Halyard::HalyardUnboundedTcamEntryManager::Ptr m[7];
+      for ( int i = 0; i < 7; ++i ) {
+         if ( row.managers[i] != noManager ) {
+            m[i] = groupManager.unboundedEntryManager( row.managers[i] );
+         }
+      }
+      helper->halyardAclTypeDirectionFeatureSmIs(
+          Halyard::HalyardAclTypeDirectionFeature( row.type, row.direction,
+                                                   Halyard::aclFeatureSecurity ),
+          helper.ptr(), m[0], m[1], m[2], m[3], m[4], m[5], m[6] );
+   }
+}
 
 }  // namespace HalyardAclTest

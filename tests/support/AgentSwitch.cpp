@@ -38,11 +38,11 @@ AgentSwitch::~AgentSwitch() {
    helper_ = nullptr;
 }
 
-Halyard::AclHelper::Ptr AgentSwitch::makeHelper() const {
+Halyard::AclHelper::Ptr AgentSwitch::makeHelper( bool hasFabric ) const {
    return Halyard::aclHelperFactory(
        switch_.vlanTopoSliceStatus(), switch_.vlanTopoBlockedStatus(), switch_.hcsd(),
        switch_.groupManager(), config_, paramConfig_, switch_.statusDp(), switch_.aclHwStatus(),
-       switch_.l3SliceAgentStatus(), switch_.l3IntfStatus(), switch_.hasFabric() );
+       switch_.l3SliceAgentStatus(), switch_.l3IntfStatus(), hasFabric );
 }
 
 Sim::SimBoundedTcamEntryManager& AgentSwitch::boundedManager(

@@ -41,6 +41,13 @@ struct AgentOptions {
    bool aclSm = true;
 };
 
+// The back-end wired but not brought up: for tests of what comes before or of bring-up itself.
+inline AgentOptions notBroughtUp() {
+   AgentOptions options;
+   options.hwInit = false;
+   return options;
+}
+
 class AgentSwitch {
  public:
    explicit AgentSwitch( const Sim::SwitchProfile& profile = Sim::defaultProfile(),
@@ -63,8 +70,10 @@ class AgentSwitch {
 
    // The one-time bring-up, when the options left it to the test.
    void hwInit() { helper_->hwInit(); }
-   // Another helper on the same records, brought up or not.
-   Halyard::AclHelper::Ptr makeHelper() const;
+   // Another helper on the same records, not brought up; with the switch's fabric flag or
+   // the one given.
+   Halyard::AclHelper::Ptr makeHelper() const { return makeHelper( switch_.hasFabric() ); }
+   Halyard::AclHelper::Ptr makeHelper( bool hasFabric ) const;
 
    // ---- The switch, shortened.
    std::vector<U32> units() const { return switch_.units(); }

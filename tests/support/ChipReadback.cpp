@@ -1,5 +1,6 @@
 #include "tests/support/ChipReadback.h"
 
+#include "sim/sdk/SdkValues.h"
 #include "sim/tcam/TcamUnit.h"
 
 namespace HalyardTest {
@@ -46,6 +47,21 @@ std::optional<NumericQual> numericQual( const Sim::ChipModel& chip, U32 entry, S
       return std::nullopt;
    }
    return NumericQual{ value->dataU64(), value->maskU64() };
+}
+
+U32 ingressClass( const Sim::ChipModel& chip, U32 port ) {
+   return chip.ports().portClass( port, Sim::PortClassKind::FieldIngress ).value_or( 0 );
+}
+
+U32 egressClass( const Sim::ChipModel& chip, U32 port ) {
+   return chip.ports().portClass( port, Sim::PortClassKind::FieldEgress ).value_or( 0 );
+}
+
+std::optional<U32> portTableBit( const Sim::ChipModel& chip, U32 port, bool lport ) {
+   const soc_mem_t table = lport ? Sim::SdkValues::kLPortTable : Sim::SdkValues::kPortTable;
+   return chip.ports().portTableField(
+       port, static_cast<U32>( table ),
+       static_cast<U32>( Sim::SdkValues::kUsePortTableGroupIdField ) );
 }
 
 std::string entryText( const Sim::ChipModel& chip, U32 entry ) {

@@ -30,6 +30,13 @@ struct NumericQual {
 };
 std::optional<NumericQual> numericQual( const Sim::ChipModel& chip, U32 entry, Sim::QualId q );
 
+// The port's field-processor classes, ingress and egress.
+U32 ingressClass( const Sim::ChipModel& chip, U32 port );
+U32 egressClass( const Sim::ChipModel& chip, U32 port );
+// The bit of the port table (or L-port table) row that makes the port take its class from
+// the port table's group id; nullopt while nothing wrote it.
+std::optional<U32> portTableBit( const Sim::ChipModel& chip, U32 port, bool lport );
+
 // The entry's dump, for failure messages.
 std::string entryText( const Sim::ChipModel& chip, U32 entry );
 

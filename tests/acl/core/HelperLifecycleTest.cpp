@@ -8,16 +8,21 @@
 #include "acl/HalyardAclSm.h"
 #include "platform/fennel/AclSm.h"
 #include "platform/status/AclModSvi.h"
+#include "platform/tcam/HalyardModInfo.h"
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Exception.h"
 #include "platform/vesper/Type.h"
 #include "platform/vesper/ValueText.h"
-#include "tests/acl/core/CoreSwitch.h"
+#include "tests/acl/SecurityMachineTable.h"
+#include "tests/support/AgentSwitch.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclCoreTest {
 namespace {
 
 using namespace Halyard;
+
+constexpr U16 chipOffset = 10;
 
 U64 liveObjects( const char* typeName ) {
    const Vesper::Type* type = Vesper::Type::find( typeName );
@@ -27,17 +32,27 @@ U64 liveObjects( const char* typeName ) {
 class HelperLifecycleTest : public ::testing::Test {
  protected:
    Vesper::ActivityLockGuard activity_;
-   CoreSwitch sw_{ { "trident2", "tomahawk" } };
+   HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident2", "tomahawk" } ),
+                                 HalyardTest::notBroughtUp() };
 };
 
 TEST_F( HelperLifecycleTest, ConstructionMakesPerUnitRecordsAndTheThreeWiredObjects ) {
-   sw_.sliceStatus->blockIs( HalyardVlanTopo::AclModSvi( Pylon::ModId( 0 ), Pylon::VlanId( 10 ) ),
-                             true );
+   // Chip numbers apart from unit numbers, so that the test tells one from the other.
+   for ( const U32 unit : sw_.units() ) {
+      const HalyardModInfo info = sw_.sim().hcsd()->halyardModId( U16( unit ) );
+      sw_.sim().hcsd()->halyardModIdIs(
+          U16( unit ), HalyardModInfo( U16( unit + chipOffset ), info.modId(), info.chipInfo(),
+                                       info.chipName() ) );
+   }
+   sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipDelAll();
+   sw_.sim().vlanTopoSliceStatus()->blockIs(
+       HalyardVlanTopo::AclModSvi( Pylon::ModId( 0 ), Pylon::VlanId( 10 ) ), true );
    const AclHelper::Ptr helper = sw_.makeHelper();
 
    EXPECT_TRUE( helper->initialized() );
    EXPECT_TRUE( helper->hasNotificationActive() );
-   EXPECT_TRUE( sw_.sliceStatus->block().empty() ) << "blocks of an earlier life are dropped";
+   EXPECT_TRUE( sw_.sim().vlanTopoSliceStatus()->block().empty() )
+       << "blocks of an earlier life are dropped";
    ASSERT_EQ( helper->vfpAclTypeForUnit().size(), 2u );
    for ( U32 unit : { 0u, 1u } ) {
       const VfpAclTypeForPort::Ptr record = helper->vfpAclTypeForUnit( unit );
@@ -46,8 +61,9 @@ TEST_F( HelperLifecycleTest, ConstructionMakesPerUnitRecordsAndTheThreeWiredObje
       EXPECT_EQ( record->name(), std::to_string( unit ) );
       EXPECT_TRUE( record->hasNotificationActive() );
       // The VLAN topology record is per chip number, not per unit.
-      EXPECT_TRUE( sw_.sliceStatus->aclVlanClassIdPerChipHas( U16( unit + chipOffset ) ) );
-      EXPECT_FALSE( sw_.sliceStatus->aclVlanClassIdPerChipHas( U16( unit ) ) );
+      EXPECT_TRUE(
+          sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipHas( U16( unit + chipOffset ) ) );
+      EXPECT_FALSE( sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipHas( U16( unit ) ) );
    }
    EXPECT_TRUE( helper->halyardIntfClassData().empty() ) << "bring-up fills the class pools";
    EXPECT_TRUE( helper->halyardAclData().empty() );
@@ -58,27 +74,30 @@ TEST_F( HelperLifecycleTest, ConstructionMakesPerUnitRecordsAndTheThreeWiredObje
    const SharedRaclMgmtSm::Ptr sharing = helper->sharedRaclMgmtSm();
    ASSERT_TRUE( sharing );
    EXPECT_TRUE( sharing->hasNotificationActive() );
-   EXPECT_EQ( sharing->aclParamConfig(), sw_.paramConfig );
-   EXPECT_EQ( sharing->aclHwStatus(), sw_.hwStatus );
+   EXPECT_EQ( sharing->aclParamConfig(), sw_.paramConfig() );
+   EXPECT_EQ( sharing->aclHwStatus(), sw_.sim().aclHwStatus() );
    EXPECT_EQ( sharing->ingressRaclData(), store );
-   EXPECT_EQ( sharing->l3IntfStatus(), sw_.l3IntfStatus );
+   EXPECT_EQ( sharing->l3IntfStatus(), sw_.sim().l3IntfStatus() );
    EXPECT_EQ( sharing->aclHelper(), helper.ptr() );
    const VlanBlockedSm::Ptr blocked = helper->vlanBlockedSm();
    ASSERT_TRUE( blocked );
    EXPECT_TRUE( blocked->hasNotificationActive() );
-   EXPECT_EQ( blocked->hcsd(), sw_.hcsd );
+   EXPECT_EQ( blocked->hcsd(), sw_.sim().hcsd() );
    EXPECT_EQ( blocked->aclHelper(), helper.ptr() );
-   EXPECT_EQ( blocked->vlanTopoBlockedStatus(), sw_.blockedStatus );
+   EXPECT_EQ( blocked->vlanTopoBlockedStatus(), sw_.sim().vlanTopoBlockedStatus() );
 }
 
 TEST( HelperConstruction, EmptyChipMapGivesNoPerUnitRecordsButTheWiredObjects ) {
    Vesper::ActivityLockGuard activity;
-   CoreSwitch sw( {} );
+   HalyardTest::AgentSwitch sw( HalyardTest::SwitchLayout( { "trident2" } ),
+                                HalyardTest::notBroughtUp() );
+   sw.sim().hcsd()->halyardModIdDelAll();
+   sw.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipDelAll();
    const AclHelper::Ptr helper = sw.makeHelper();
 
    EXPECT_TRUE( helper->vfpAclTypeForUnit().empty() );
    EXPECT_TRUE( helper->halyardIntfClassData().empty() );
-   EXPECT_TRUE( sw.sliceStatus->aclVlanClassIdPerChip().empty() );
+   EXPECT_TRUE( sw.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChip().empty() );
    EXPECT_TRUE( helper->ingressRaclData() );
    EXPECT_TRUE( helper->sharedRaclMgmtSm() );
    EXPECT_TRUE( helper->vlanBlockedSm() );
@@ -88,10 +107,10 @@ TEST( HelperConstruction, EmptyChipMapGivesNoPerUnitRecordsButTheWiredObjects ) 
 TEST_F( HelperLifecycleTest, ParametersAndFixedAnswersStandAsGiven ) {
    const AclHelper::Ptr helper = sw_.makeHelper( true );
    EXPECT_EQ( helper->fwkType().name(), "Halyard::AclHelper" );
-   EXPECT_EQ( helper->hcsd(), sw_.hcsd );
-   EXPECT_EQ( helper->tcamGroupManager(), sw_.groupMgr() );
-   EXPECT_EQ( helper->status(), sw_.status );
-   EXPECT_EQ( helper->halyardSliceAgentStatus(), sw_.l3SliceStatus );
+   EXPECT_EQ( helper->hcsd(), sw_.sim().hcsd() );
+   EXPECT_EQ( helper->tcamGroupManager(), sw_.groupManager() );
+   EXPECT_EQ( helper->status(), sw_.sim().statusDp() );
+   EXPECT_EQ( helper->halyardSliceAgentStatus(), sw_.sim().l3SliceAgentStatus() );
    EXPECT_TRUE( helper->hasFabric() );
    EXPECT_EQ( helper->aclIntfClassMask(), 0xFF );
    EXPECT_FALSE( helper->installEntries() );
@@ -99,7 +118,7 @@ TEST_F( HelperLifecycleTest, ParametersAndFixedAnswersStandAsGiven ) {
    EXPECT_TRUE( helper->useUnsharedRaclsForSubIntf() );
 
    EXPECT_FALSE( helper->isVfiForwarding() );
-   sw_.hcsd->vfiForwardingIs( true );
+   sw_.sim().hcsd()->vfiForwardingIs( true );
    EXPECT_TRUE( helper->isVfiForwarding() ) << "read from the common data on every call";
 }
 
@@ -118,18 +137,21 @@ TEST_F( HelperLifecycleTest, KeyedCreatorsReturnTheStandingMember ) {
    EXPECT_EQ( helper->ingressRaclDataIs(), store );
 
    const SharedRaclMgmtSm::Ptr sharing = helper->sharedRaclMgmtSm();
-   EXPECT_EQ( helper->sharedRaclMgmtSmIs( sw_.paramConfig, sw_.hwStatus, store, sw_.l3IntfStatus ),
+   EXPECT_EQ( helper->sharedRaclMgmtSmIs( sw_.paramConfig(), sw_.sim().aclHwStatus(), store,
+                                          sw_.sim().l3IntfStatus() ),
               sharing );
    const auto otherStatus = HalyardL3::l3IntfStatusFactory();
    const SharedRaclMgmtSm::Ptr replaced =
-       helper->sharedRaclMgmtSmIs( sw_.paramConfig, sw_.hwStatus, store, otherStatus );
+       helper->sharedRaclMgmtSmIs( sw_.paramConfig(), sw_.sim().aclHwStatus(), store, otherStatus );
    EXPECT_NE( replaced, sharing );
    EXPECT_EQ( helper->sharedRaclMgmtSm(), replaced );
    EXPECT_EQ( replaced->l3IntfStatus(), otherStatus );
 
    const VlanBlockedSm::Ptr blocked = helper->vlanBlockedSm();
-   EXPECT_EQ( helper->vlanBlockedSmIs( sw_.hcsd, helper.ptr(), sw_.blockedStatus ), blocked );
-   EXPECT_NE( helper->vlanBlockedSmIs( sw_.hcsd, helper.ptr(), nullptr ), blocked );
+   EXPECT_EQ(
+       helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), sw_.sim().vlanTopoBlockedStatus() ),
+       blocked );
+   EXPECT_NE( helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), nullptr ), blocked );
 }
 
 TEST_F( HelperLifecycleTest, MirroringManagerOfNullIsRemoved ) {
@@ -145,7 +167,7 @@ TEST_F( HelperLifecycleTest, MirroringManagerOfNullIsRemoved ) {
 
 TEST_F( HelperLifecycleTest, StateMachineMadeAgainWithOtherManagersNamesTheParameter ) {
    const AclHelper::Ptr helper = sw_.makeHelper();
-   sw_.makeSecurityStateMachines( helper );
+   HalyardAclTest::makeSecurityStateMachines( *sw_.groupManager(), helper );
    EXPECT_EQ( helper->halyardAclTypeDirectionFeatureSm().size(), 6u );
    const HalyardAclTypeDirectionFeature key( Acl::mac_, Acl::in_, aclFeatureSecurity );
    const auto sm =
@@ -261,14 +283,14 @@ TEST_F( HelperLifecycleTest, DestructionRemovesOwnedObjectsInTheStatedOrder ) {
    std::vector<U64> seen;
    {
       AclHelper::Ptr helper = sw_.makeHelper();
-      sw_.makeSecurityStateMachines( helper );
+      HalyardAclTest::makeSecurityStateMachines( *sw_.groupManager(), helper );
       ASSERT_EQ( liveObjects( ProbeGroupManager::probedTypes[1] ), before[1] + 6 );
       helper->halyardIntfClassDataIs( 0 );
       helper->halyardIntfClassDataIs( 1 );
       helper->halyardAclDataIs( Fennel::AclKey( "acl1", Acl::ip_, Acl::in_ ) )
           ->unitDataIs( 0, Acl::ip_, Acl::in_, helper.ptr() )
           ->commonIs( aclCommonUnitDataFactory(
-              0, Acl::ip_, sw_.hcsd,
+              0, Acl::ip_, sw_.sim().hcsd(),
               HalyardTcamGroupManager::Ptr( new ProbeGroupManager( seen ) ) ) );
       ASSERT_TRUE( seen.empty() );
       helper = nullptr;
@@ -310,12 +332,12 @@ class AclSmEntityTest : public HelperLifecycleTest {
    const AclSmEntity::Ptr entity_ = aclSmEntityFactory();
    AclSmWatcher watcher_{ entity_ };
    const Fennel::AclSmInputs inputs_{ Fennel::fennelCommonSmDataFactory(),
-                                      sw_.mainConfig,
-                                      sw_.paramConfig,
+                                      sw_.config(),
+                                      sw_.paramConfig(),
                                       Vesper::dirFactory( "intf" ),
                                       Acl::intfConfigFactory(),
                                       Vesper::dirFactory( "hw" ),
-                                      sw_.status,
+                                      sw_.sim().statusDp(),
                                       Errdisable::causeStatusFactory(),
                                       Lag::Input::configFactory(),
                                       helper_,

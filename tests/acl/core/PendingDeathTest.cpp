@@ -8,7 +8,9 @@
 #include "acl/HalyardAclSm.h"
 #include "platform/acl/RuleConfig.h"
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/core/CoreSwitch.h"
+#include "tests/acl/SecurityMachineTable.h"
+#include "tests/support/AgentSwitch.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclCoreTest {
 namespace {
@@ -27,7 +29,8 @@ void PrintTo( const PendingCase& c, std::ostream* os ) {
 class PendingDeathTest : public ::testing::TestWithParam<PendingCase> {
  protected:
    Vesper::ActivityLockGuard activity_;
-   CoreSwitch sw_{ { "trident2" } };
+   HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident2" } ),
+                                 HalyardTest::notBroughtUp() };
    const AclHelper::Ptr helper_ = sw_.makeHelper();
    const Fennel::AclData::Ptr aclData_ =
        Fennel::aclDataFactory( Fennel::AclKey( "acl", Acl::ip_, Acl::in_ ) );

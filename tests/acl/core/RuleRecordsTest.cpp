@@ -10,7 +10,9 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Exception.h"
 #include "platform/vesper/ValueText.h"
-#include "tests/acl/core/CoreSwitch.h"
+#include "tests/acl/SecurityMachineTable.h"
+#include "tests/support/AgentSwitch.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclCoreTest {
 namespace {
@@ -29,14 +31,15 @@ class RuleRecordsTest : public ::testing::Test {
    }
 
    Vesper::ActivityLockGuard activity_;
-   CoreSwitch sw_{ { "trident2" } };
+   HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident2" } ),
+                                 HalyardTest::notBroughtUp() };
    const AclCommonUnitData::Ptr common_ =
-       aclCommonUnitDataFactory( 0, Acl::ip_, sw_.hcsd, sw_.groupMgr() );
+       aclCommonUnitDataFactory( 0, Acl::ip_, sw_.sim().hcsd(), sw_.groupManager() );
 };
 
 TEST_F( RuleRecordsTest, NewProgrammerHasItsDefaults ) {
    EXPECT_TRUE( common_->hasNotificationActive() );
-   EXPECT_EQ( common_->tcamGroupManager(), sw_.groupMgr() );
+   EXPECT_EQ( common_->tcamGroupManager(), sw_.groupManager() );
    EXPECT_FALSE( common_->dirty() );
    EXPECT_FALSE( common_->installed() );
    EXPECT_TRUE( common_->canUseVfp() );
@@ -104,7 +107,7 @@ TEST_F( RuleRecordsTest, DeletingFromOneIndexLeavesTheOther ) {
 }
 
 TEST_F( RuleRecordsTest, CrossCheckPassesOnConsistentIndices ) {
-   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   sw_.sim().hcsd()->aclRuleIndexConsistencyCheckIs( true );
    const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
    EXPECT_EQ( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ), rule );
    EXPECT_FALSE( common_->getAclRuleDataForAclId( Acl::UniqueId( 6 ) ) );
@@ -118,14 +121,14 @@ TEST_F( RuleRecordsTest, WithoutCrossCheckAnInconsistentIndexGoesUnnoticed ) {
 using RuleRecordsDeathTest = RuleRecordsTest;
 
 TEST_F( RuleRecordsDeathTest, CrossCheckStopsOnARuleMissingFromTheIdIndex ) {
-   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   sw_.sim().hcsd()->aclRuleIndexConsistencyCheckIs( true );
    common_->aclRuleIs( Acl::UniqueId( 5 ), 1, true );
    EXPECT_DEATH( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ),
                  "Assertion `aclRuleIter\\.ptr\\(\\) == found' failed" );
 }
 
 TEST_F( RuleRecordsDeathTest, CrossCheckStopsOnAnIdWhoseRuleLeftTheNumberIndex ) {
-   sw_.hcsd->aclRuleIndexConsistencyCheckIs( true );
+   sw_.sim().hcsd()->aclRuleIndexConsistencyCheckIs( true );
    common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
    common_->aclRuleDel( 1 );
    EXPECT_DEATH( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ),

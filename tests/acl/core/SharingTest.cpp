@@ -10,19 +10,20 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/catalog/ChipCatalog.h"
-#include "tests/acl/core/CoreSwitch.h"
+#include "tests/acl/SecurityMachineTable.h"
+#include "tests/support/AgentSwitch.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclCoreTest {
 namespace {
 
 using namespace Halyard;
 
-std::vector<std::string> kindNames() {
-   std::vector<std::string> names;
-   for ( const Sim::ChipKind& kind : Sim::chipCatalog() ) {
-      names.push_back( kind.name );
-   }
-   return names;
+// The hardware says nothing of sharing until a test says so.
+HalyardTest::AgentOptions sharingUnsupported() {
+   HalyardTest::AgentOptions options = HalyardTest::notBroughtUp();
+   options.sim.ingressRaclSharingSupported = false;
+   return options;
 }
 
 class SharingTest : public ::testing::TestWithParam<std::string> {
@@ -33,7 +34,8 @@ class SharingTest : public ::testing::TestWithParam<std::string> {
    }
 
    Vesper::ActivityLockGuard activity_;
-   CoreSwitch sw_{ { GetParam() } };
+   HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { GetParam() } ),
+                                 sharingUnsupported() };
 };
 
 TEST_P( SharingTest, FixedSystemFollowsTheChipOrTheSettings ) {
@@ -51,8 +53,8 @@ TEST_P( SharingTest, FixedSystemFollowsTheChipOrTheSettings ) {
                      : std::vector<std::string>{};
    EXPECT_EQ( trace.lines(), expected );
 
-   sw_.paramConfig->ingressRaclSharingIs( true );
-   sw_.hwStatus->ingressRaclSharingSupportedIs( true );
+   sw_.paramConfig()->ingressRaclSharingIs( true );
+   sw_.sim().aclHwStatus()->ingressRaclSharingSupportedIs( true );
    EXPECT_TRUE( helper->raclSharingCliSupport() );
    EXPECT_TRUE( helper->raclSharingConfig() );
    EXPECT_TRUE( helper->raclSharingSupport() );
@@ -62,20 +64,22 @@ TEST_P( SharingTest, WithFabricTheChipChangesNothing ) {
    const AclHelper::Ptr helper = sw_.makeHelper( true );
    EXPECT_FALSE( helper->raclSharingConfig() );
    EXPECT_FALSE( helper->raclSharingSupport() );
-   sw_.paramConfig->ingressRaclSharingIs( true );
+   sw_.paramConfig()->ingressRaclSharingIs( true );
    EXPECT_TRUE( helper->raclSharingConfig() );
    EXPECT_FALSE( helper->raclSharingSupport() )
        << "the store follows the hardware, not the setting";
-   sw_.hwStatus->ingressRaclSharingSupportedIs( true );
+   sw_.sim().aclHwStatus()->ingressRaclSharingSupportedIs( true );
    EXPECT_TRUE( helper->raclSharingSupport() );
 }
 
-INSTANTIATE_TEST_SUITE_P( ChipKinds, SharingTest, ::testing::ValuesIn( kindNames() ),
+INSTANTIATE_TEST_SUITE_P( ChipKinds, SharingTest,
+                          ::testing::ValuesIn( HalyardTest::catalogKindNames() ),
                           []( const auto& info ) { return info.param; } );
 
 TEST( SharingMixedSystem, OneForcingChipAmongOthersTurnsSharingOn ) {
    Vesper::ActivityLockGuard activity;
-   CoreSwitch sw( { "trident2", "jericho", "trident3" } );
+   HalyardTest::AgentSwitch sw( HalyardTest::SwitchLayout( { "trident2", "jericho", "trident3" } ),
+                                sharingUnsupported() );
    const AclHelper::Ptr helper = sw.makeHelper( false );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    EXPECT_TRUE( helper->raclSharingConfig() );

@@ -10,7 +10,9 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Exception.h"
 #include "platform/vesper/Trace.h"
-#include "tests/acl/core/CoreSwitch.h"
+#include "tests/acl/SecurityMachineTable.h"
+#include "tests/support/AgentSwitch.h"
+#include "tests/support/ChipReadback.h"
 
 namespace AclCoreTest {
 namespace {
@@ -19,16 +21,17 @@ using namespace Halyard;
 
 class UnitRecordsTest : public ::testing::Test {
  protected:
-   UnitRecordsTest() { sw_.makeSecurityStateMachines( helper_ ); }
+   UnitRecordsTest() { HalyardAclTest::makeSecurityStateMachines( *sw_.groupManager(), helper_ ); }
 
    AclUnitData::Ptr unitData( Acl::AclType type, Acl::AclDirection direction, U32 unit = 0 ) {
       return helper_->halyardAclDataIs( Fennel::AclKey( "acl", type, direction ) )
           ->unitDataIs( unit, type, direction, helper_.ptr() );
    }
-   U64 classSets() const { return sw_.sdk().callCount( "bcm_port_class_set" ); }
+   U64 classSets() { return sw_.sim().sdk().callCount( "bcm_port_class_set" ); }
 
    Vesper::ActivityLockGuard activity_;
-   CoreSwitch sw_{ { "trident3" } };
+   HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident3" } ),
+                                 HalyardTest::notBroughtUp() };
    const AclHelper::Ptr helper_ = sw_.makeHelper();
 };
 
@@ -89,9 +92,9 @@ TEST_F( UnitRecordsTest, ValidClassGoesToActivePortsAndIsRecorded ) {
    data->activePortIs( 2 );
    data->activePortIs( 5 );
    data->intfClassIs( 0x1A5 );  // cut to 8 bits on the way to the port
-   EXPECT_EQ( sw_.ingressClass( 0, 2 ), 0xA5u );
-   EXPECT_EQ( sw_.ingressClass( 0, 5 ), 0xA5u );
-   EXPECT_EQ( sw_.ingressClass( 0, 3 ), 0u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 2 ), 0xA5u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 5 ), 0xA5u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 3 ), 0u );
    EXPECT_TRUE( data->intfClassAppliedPortHas( 2 ) );
    EXPECT_TRUE( data->intfClassAppliedPortHas( 5 ) );
    EXPECT_EQ( data->intfClassAppliedPort().size(), 2u );
@@ -113,9 +116,9 @@ TEST_F( UnitRecordsTest, InvalidClassClearsExactlyTheAppliedPorts ) {
    const U64 sets = classSets();
    data->intfClassIs( intfClassInvalid );
    EXPECT_EQ( classSets(), sets + 2 );
-   EXPECT_EQ( sw_.ingressClass( 0, 2 ), 0u );
-   EXPECT_EQ( sw_.ingressClass( 0, 5 ), 0u );
-   EXPECT_EQ( sw_.ingressClass( 0, 6 ), 0x44u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 2 ), 0u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 5 ), 0u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 6 ), 0x44u );
    EXPECT_TRUE( data->intfClassAppliedPort().empty() );
    EXPECT_FALSE( data->intfClassValid() );
 }
@@ -127,10 +130,11 @@ TEST_F( UnitRecordsTest, EgressClassKeepsTheBitsOfOtherTypes ) {
    ip->activePortIs( 4 );
    mac->intfClassIs( 0x30 );
    ip->intfClassIs( 0x06 );
-   EXPECT_EQ( sw_.egressClass( 0, 4 ), 0x36u );
-   EXPECT_EQ( sw_.ingressClass( 0, 4 ), 0u ) << "egress ACLs leave the ingress class alone";
+   EXPECT_EQ( HalyardTest::egressClass( sw_.chip( 0 ), 4 ), 0x36u );
+   EXPECT_EQ( HalyardTest::ingressClass( sw_.chip( 0 ), 4 ), 0u )
+       << "egress ACLs leave the ingress class alone";
    ip->intfClassIs( intfClassInvalid );
-   EXPECT_EQ( sw_.egressClass( 0, 4 ), 0x30u );
+   EXPECT_EQ( HalyardTest::egressClass( sw_.chip( 0 ), 4 ), 0x30u );
 }
 
 TEST_F( UnitRecordsTest, AclDataKeepsItsUnitsAndFindsAnActivePort ) {
@@ -170,7 +174,7 @@ TEST_F( UnitRecordsTest, RuleRecordIsFoundOnlyThroughEveryLink ) {
    ASSERT_TRUE( common );
    EXPECT_EQ( common->unit(), 0u );
    EXPECT_EQ( common->type(), Acl::ip_ );
-   EXPECT_EQ( common->hcsd(), sw_.hcsd );
+   EXPECT_EQ( common->hcsd(), sw_.sim().hcsd() );
    helper_->createCommonUnitData( data );
    EXPECT_EQ( data->common(), common ) << "a programmer once made stays";
 
