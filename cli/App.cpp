@@ -2,73 +2,50 @@
 
 #include <CLI/CLI.hpp>
 
+#include <memory>
 #include <ostream>
 #include <sstream>
 
-#include "cli/BringupReport.h"
-#include "cli/SimAgent.h"
-#include "sim/switch/ProfileText.h"
+#include "cli/Command.h"
 #include "sim/switch/SwitchProfile.h"
 
 namespace HalyardCli {
 
 namespace {
 
-// Exit codes: 0 success, 1 a finding (verify, replay --check), 2 usage or
-// input error, 3 a command that this build does not provide yet.
-constexpr int kExitUsage = 2;
-constexpr int kExitUnavailable = 3;
-
-// What a command gets: its own arguments and the global options.
-struct Invocation {
-   std::vector<std::string> args;  // after the command's name
-   std::string switchProfile;      // empty: the built-in switch
-   std::ostream& out;
-   std::ostream& err;
-};
-
 using Handler = int ( * )( const Invocation& );
+
+// Which arguments a command takes.
+enum Takes : unsigned {
+   configs = 1,    // CONFIG [CONFIG...]
+   oneConfig = 2,  // CONFIG
+   packets = 4,    // ... PACKETS, --in, --out
+   json = 8,       // --json
+   check = 16,     // --check
+};
 
 struct Command {
    const char* name;
    const char* args;
    const char* summary;
-   Handler run;  // null: not available yet
+   unsigned takes;
+   Handler run;
+   bool available;  // false: listed so that users know it is coming; runs only up to the gap
 };
 
-Sim::SwitchProfile loadProfile( const std::string& path ) {
-   return path.empty() ? Sim::defaultProfile() : Sim::readProfileFile( path );
-}
-
-int runBringup( const Invocation& inv ) {
-   if ( !inv.args.empty() ) {
-      inv.err << "halyard-acl: bringup takes no arguments\n";
-      return kExitUsage;
-   }
-   SimAgent agent( loadProfile( inv.switchProfile ) );
-   agent.hwInit();
-   writeBringupReport( agent, inv.out );
-   return 0;
-}
-
-// The main job: until configurations can be applied, the demo is the bring-up of the
-// default switch, which shows every hidden entry the back-end leaves in the chips.
-int runDemo( const Invocation& inv ) {
-   inv.out << "demo: bring-up of the back-end on the switch, as an agent does at start\n\n";
-   return runBringup( inv );
-}
-
-// The tool's commands in the order the help lists them. A command that is
-// not available yet is listed so that users know it is coming, and refuses
-// to run with a clear message.
+// The tool's commands in the order the help lists them.
 const Command kCommands[] = {
-    { "apply", "CONFIG", "program the switch; summary per unit", nullptr },
-    { "show", "CONFIG", "the operator tables, per unit and ACL", nullptr },
-    { "verify", "CONFIG", "read the hardware back; one line per finding", nullptr },
-    { "trace", "CONFIG", "the field-processor command log of programming", nullptr },
-    { "replay", "CONFIG PACKETS", "push packets through the switch", nullptr },
-    { "bringup", "", "bring the switch up and show its hidden entries", runBringup },
-    { "demo", "", "the main job: bring-up of the default switch", runDemo },
+    { "apply", "CONFIG [CONFIG...]", "program the switch; summary per unit", configs | json,
+      runApply, false },
+    { "show", "CONFIG", "the operator tables, per unit and ACL", oneConfig, runShow, false },
+    { "verify", "CONFIG", "read the hardware back; one line per finding", oneConfig | json,
+      runVerify, false },
+    { "trace", "CONFIG", "the field-processor command log of programming", oneConfig, runTrace,
+      false },
+    { "replay", "CONFIG [CONFIG...] PACKETS", "push packets through the switch; --check compares",
+      configs | packets | json | check, runReplay, false },
+    { "bringup", "", "bring the switch up and show its hidden entries", 0, runBringup, true },
+    { "demo", "", "the main job: bring-up, example ACLs and packets", 0, runDemo, true },
 };
 
 std::string helpText() {
@@ -79,66 +56,108 @@ std::string helpText() {
       << "commands:\n";
    for ( const auto& c : kCommands ) {
       std::string head = std::string( c.name ) + ( *c.args ? " " : "" ) + c.args;
-      os << "  " << head << std::string( head.size() < 22 ? 22 - head.size() : 1, ' ' ) << c.summary
-         << ( c.run ? "" : " (not available yet)" ) << "\n";
+      os << "  " << head << "\n"
+         << "      " << c.summary << ( c.available ? "" : " (not available yet)" ) << "\n";
    }
    os << "\noptions:\n"
-      << "  -h, --help            show this help\n"
+      << "  -h, --help            show this help (COMMAND --help: the command's own)\n"
       << "  --version             show the version\n"
-      << "  --switch PROFILE      switch profile file (default: built-in two-unit switch)\n";
+      << "  --switch PROFILE      switch profile file (default: built-in two-unit switch)\n"
+      << "  --json                apply, verify, replay: machine-readable output\n"
+      << "  --check               replay: compare with the reference evaluator\n"
+      << "  --in, --out INTERFACE replay: interfaces of packets that name none (captures)\n";
    return os.str();
+}
+
+CLI::App* addCommand( CLI::App& app, const Command& c, CommandArgs& args ) {
+   CLI::App* sub = app.add_subcommand( c.name, c.summary );
+   sub->allow_extras( false );
+   if ( c.takes & ( configs | oneConfig ) ) {
+      auto* files = sub->add_option( "files", args.files, c.args )->required();
+      if ( c.takes & oneConfig ) {
+         files->expected( 1 );
+      }
+   }
+   if ( c.takes & packets ) {
+      sub->add_option( "--in", args.in, "ingress interface of packets that name none" );
+      sub->add_option( "--out", args.out, "egress interface of packets that name none" );
+   }
+   if ( c.takes & json ) {
+      sub->add_flag( "--json", args.json, "machine-readable output" );
+   }
+   if ( c.takes & check ) {
+      sub->add_flag( "--check", args.check, "compare each verdict with the reference evaluator" );
+   }
+   return sub;
 }
 
 }  // namespace
 
+int notAvailableYet( const Invocation& inv, const std::string& command, const std::string& what ) {
+   inv.err << "halyard-acl: " << command << ": " << what
+           << " needs the generic ACL layer, which is not available in this build yet\n";
+   return kExitUnavailable;
+}
+
 int run( const std::vector<std::string>& args, std::ostream& out, std::ostream& err ) {
    CLI::App app{ "halyard-acl" };
-   app.set_help_flag();  // help is ours, so that it can mark unavailable commands
+   app.set_help_flag();  // the top help is ours, so that it can mark unavailable commands
    bool help = false;
    bool version = false;
    std::string switchProfile;
-   std::vector<std::string> rest;
    app.add_flag( "-h,--help", help );
    app.add_flag( "--version", version );
    app.add_option( "--switch", switchProfile );
-   app.add_option( "command", rest );
-   app.allow_extras( false );
+   app.require_subcommand( 0, 1 );
+   app.fallthrough();
+   CommandArgs commandArgs;
+   for ( const auto& c : kCommands ) {
+      addCommand( app, c, commandArgs );
+   }
 
    std::vector<std::string> reversed( args.rbegin(), args.rend() );
    try {
       app.parse( reversed );
+   } catch ( const CLI::CallForHelp& ) {
+      out << app.help();
+      return kExitOk;
+   } catch ( const CLI::ExtrasError& e ) {
+      const std::vector<std::string> extras = app.remaining();
+      const std::string first = extras.empty() ? "" : extras.front();
+      if ( app.get_subcommands().empty() && !first.empty() && first[0] != '-' ) {
+         err << "halyard-acl: unknown command '" << first << "'\n";
+      } else {
+         err << "halyard-acl: " << e.what() << "\n";
+      }
+      err << "try 'halyard-acl --help'\n";
+      return kExitInput;
    } catch ( const CLI::ParseError& e ) {
       err << "halyard-acl: " << e.what() << "\n"
           << "try 'halyard-acl --help'\n";
-      return kExitUsage;
+      return kExitInput;
    }
    if ( version ) {
       out << "halyard-acl " << HALYARD_VERSION << "\n";
-      return 0;
+      return kExitOk;
    }
-   if ( help || rest.empty() ) {
+   const auto chosen = app.get_subcommands();
+   if ( help || chosen.empty() ) {
       ( help ? out : err ) << helpText();
-      return help ? 0 : kExitUsage;
+      return help ? kExitOk : kExitInput;
    }
    for ( const auto& c : kCommands ) {
-      if ( rest.front() != c.name ) {
+      if ( chosen.front()->get_name() != c.name ) {
          continue;
       }
-      if ( !c.run ) {
-         err << "halyard-acl: command '" << c.name << "' is not available in this build yet\n";
-         return kExitUnavailable;
-      }
-      Invocation inv{ { rest.begin() + 1, rest.end() }, switchProfile, out, err };
+      Invocation inv{ commandArgs, switchProfile, out, err };
       try {
          return c.run( inv );
       } catch ( const Sim::ProfileError& e ) {
-         err << "halyard-acl: " << e.what() << "\n";
-         return kExitUsage;
+         err << e.what() << "\n";
+         return kExitInput;
       }
    }
-   err << "halyard-acl: unknown command '" << rest.front() << "'\n"
-       << "try 'halyard-acl --help'\n";
-   return kExitUsage;
+   return kExitInput;
 }
 
 }  // namespace HalyardCli

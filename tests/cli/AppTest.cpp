@@ -55,10 +55,30 @@ TEST( AppTest, UnknownOptionIsAUsageError ) {
 
 namespace {
 
-TEST( AppTest, CommandNotYetBuiltRefusesLoudly ) {
-   auto r = runTool( { "apply", "x.acl" } );
-   EXPECT_EQ( r.code, 3 );
-   EXPECT_EQ( r.err, "halyard-acl: command 'apply' is not available in this build yet\n" );
+const std::string kDemo = std::string( HALYARD_SOURCE_DIR ) + "/examples/acls/demo.acl";
+
+TEST( AppTest, CommandNotYetBuiltReadsItsInputThenRefusesLoudly ) {
+   auto r = runTool( { "apply", kDemo } );
+   EXPECT_EQ( r.code, 4 );
+   EXPECT_EQ( r.out, "" );
+   EXPECT_EQ( r.err,
+              "halyard-acl: apply: programming the switch from a configuration needs the generic "
+              "ACL layer, which is not available in this build yet\n" );
+}
+
+TEST( AppTest, ABadConfigurationIsAnInputErrorBeforeAnythingElse ) {
+   auto r = runTool( { "trace", "/no/such.acl" } );
+   EXPECT_EQ( r.code, 2 );
+   EXPECT_EQ( r.err, "/no/such.acl: cannot read: No such file or directory\n" );
+}
+
+TEST( AppTest, CommandOptionsAreTheCommandsOwn ) {
+   EXPECT_EQ( runTool( { "trace", "--json", kDemo } ).code, 2 );
+   EXPECT_EQ( runTool( { "replay", "--check", "--in", "Ethernet1", kDemo } ).code, 2 )
+       << "replay needs a packet file after the configurations";
+   auto help = runTool( { "replay", "--help" } );
+   EXPECT_EQ( help.code, 0 );
+   EXPECT_NE( help.out.find( "--check" ), std::string::npos ) << help.out;
 }
 
 }  // namespace
