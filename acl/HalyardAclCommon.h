@@ -24,8 +24,10 @@
 //  2. aclId, ruleNum and dropAll of a rule never change; ruleNum is its key in aclRule.
 //  3. An interface class pool never yields 0: 0 is no class, the answer of an empty pool.
 //
-// Only the records stand here. The programming operations of AclCommonUnitData (subrules,
-// range checkers, teardown, verification, show) are not written yet; the TCAM service variant's
+// Programming operations of AclCommonUnitData written so far: the match fields of IP subrules
+// (HalyardAclCommonSubrule.cpp, HalyardAclCommonIp4.cpp, HalyardAclCommonIp6.cpp) and range
+// checkers (HalyardAclCommonRangeCheckers.cpp). Teardown, verification and show are not
+// written yet; the TCAM service variant's
 // request records (requestConfig, requestSubConfig, subRuleToRuleId, tcamRequest) are missing
 // too, because the platform has no request classes of the TCAM service to hold.
 //
@@ -35,12 +37,16 @@
 #include <optional>
 
 #include "platform/acl/AclTypes.h"
+#include "platform/acl/RuleConfig.h"
 #include "platform/acl/UniqueId.h"
+#include "platform/fennel/AclCreateError.h"
+#include "platform/fennel/AclKey.h"
 #include "platform/halyard/AclRuleUdfData.h"
 #include "platform/halyard/RangeCheckerDesc.h"
 #include "platform/pylon/IntfId.h"
 #include "platform/tcam/HalyardCommonSmData.h"
 #include "platform/tcam/HalyardTcamGroupManager.h"
+#include "platform/tcam/HalyardUnboundedTcamEntryManager.h"
 #include "platform/vesper/HashMap2018.h"
 #include "platform/vesper/HashMapGeneric.h"
 #include "platform/vesper/LinkStack.h"
@@ -293,7 +299,96 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    // process ("aclRuleIter.ptr() == found" or "!found").
    AclRuleData::Ptr getAclRuleDataForAclId( Acl::UniqueId aclId ) const;
 
+   // ---- IP subrules. A subrule carries one source port term, one destination port term and
+   // one IP length term, as the twelve U16 in this order: srcPort, srcPortMask, dstPort,
+   // dstPortMask (a port under a mask), srcStart, srcEnd, dstStart, dstEnd (a range), ipLen,
+   // ipLenMask, ipLenStart, ipLenEnd. The program operations are virtual: the TCAM service
+   // variant fills requests where this class writes to the chip.
+
+   // Before any entry of the subrule exists: makes the rule record when there is none, and
+   // settles which stage the ACL may still use on this unit. A term that needs a range checker,
+   // an IPv6 prefix above 64 bits (a VFP key holds the upper 64 only, unless standard entries
+   // are in use), or, for IPv4, a payload match takes the ACL off VFP for good; an IPv4 VNI
+   // match moves it to the VNI key.
+   void ipSubruleInit( const Acl::RuleConfig& rule, const Fennel::AclKey& aclKey,
+                       Acl::UniqueId aclId, U32 ruleNum, U32 subRule, U16 srcPort, U16 srcPortMask,
+                       U16 dstPort, U16 dstPortMask, U16 srcStart, U16 srcEnd, U16 dstStart,
+                       U16 dstEnd, U16 ipLen, U16 ipLenMask, U16 ipLenStart, U16 ipLenEnd );
+   // Writes every match field of the subrule into `entry`: IP type and layer 3 fields, the
+   // three range terms, fragments (IPv4), protocol, ICMP, TCP flags and VLAN, TTL or hop limit,
+   // traffic class (IPv6). 0, or the code of the range checker that could not be had (3 for a
+   // port, 2 for an IP length, 3 on egress); the entry then keeps the fields written so far.
+   // REQUIRES: aclRule( ruleNum ) exists; `entryManager` issued the entry.
+   virtual Fennel::AclCreateError ipSubruleProgram(
+       U64 entry, const Acl::IpRuleConfig& rule, const Fennel::AclKey& aclKey, Acl::UniqueId aclId,
+       U32 ruleNum, U32 subRule, U16 srcPort, U16 srcPortMask, U16 dstPort, U16 dstPortMask,
+       U16 srcStart, U16 srcEnd, U16 dstStart, U16 dstEnd, U16 ipLen, U16 ipLenMask, U16 ipLenStart,
+       U16 ipLenEnd, U8 tcpFlags, bool l4Conditions, bool matchVlan,
+       const HalyardUnboundedTcamEntryManager::Ptr& entryManager, U8 ecn, U8 ecnMask,
+       bool ignoreVni );
+   virtual Fennel::AclCreateError ip6SubruleProgram(
+       U64 entry, const Acl::Ip6RuleConfig& rule, const Fennel::AclKey& aclKey, Acl::UniqueId aclId,
+       U32 ruleNum, U32 subRule, U16 srcPort, U16 srcPortMask, U16 dstPort, U16 dstPortMask,
+       U16 srcStart, U16 srcEnd, U16 dstStart, U16 dstEnd, U16 ipLen, U16 ipLenMask, U16 ipLenStart,
+       U16 ipLenEnd, U8 tcpFlags, bool l4Conditions, bool matchVlan,
+       const HalyardUnboundedTcamEntryManager::Ptr& entryManager, U8 ecn, U8 ecnMask,
+       bool ignoreVni );
+   // Protocol with ICMP type and code (which the chip keys in the source port field), TCP
+   // flags (`tcpFlags` as data and mask; 0 matches any), and the VLAN when `matchVlan`.
+   virtual void ipSubruleProgramCommon( Acl::AclType type, U64 entry,
+                                        const Acl::IpFilterBase& filter, U8 tcpFlags,
+                                        bool matchVlan );
+   // The IPv4 layer 3 fields: protocol (an extension header match for 141 where the chip
+   // says so), addresses, TOS (DSCP and ECN in one byte) and VNI. An entry that already
+   // carries a destination (the link-local multicast entry of a router ACL) keeps it.
+   virtual void ipSubruleProgramL3Info( U64 entry, const Fennel::AclKey& aclKey,
+                                        const Acl::IpRuleConfig& rule, U8 ecn, U8 ecnMask,
+                                        bool ignoreVni );
+   // The IPv6 layer 3 fields: IP type, protocol, addresses (upper 64 bits only on VFP
+   // entries and in the narrow key) and VNI.
+   virtual void ip6SubruleProgramL3Info( U64 entry, const AclRuleData::Ptr& ruleData,
+                                         const Acl::Ip6RuleConfig& rule, bool ignoreVni );
+   // Matches the entry on the outer VLAN; a VLAN ACL's entries follow its VLAN this way.
+   virtual void addOuterVlanIdQualifier( U32 unit, U64 entry, U32 vlanId, U32 vlanMask );
+
+   // ---- Range checkers (HalyardAclCommonRangeCheckers.cpp). Equal ranges of the subrules of
+   // one rule share one checker (rangeChecker of the rule); another rule asks the manager
+   // again. A checker that cannot be had, or cannot be attached (given back then), sets
+   // `dirty`; an egress ACL has none.
+
+   // A port term: the plain qualifier when port and mask say it, else a checker. 0, or 3.
+   virtual Fennel::AclCreateError createPortRangeChecker(
+       const Fennel::AclKey& aclKey, U64 entry, bool isSrc, Acl::UniqueId aclId, U32 ruleNum,
+       U16 port, U16 portMask, U16 start, U16 end,
+       const HalyardUnboundedTcamEntryManager::Ptr& entryManager );
+   // An IP length term (an exact length comes in `start`): a checker or nothing. 0, 2 when no
+   // checker can be had, 3 on egress.
+   virtual Fennel::AclCreateError createIpLenRangeChecker(
+       const Fennel::AclKey& aclKey, U64 entry, Acl::UniqueId aclId, U32 ruleNum, U16 ipLen,
+       U16 ipLenMask, U16 start, U16 end,
+       const HalyardUnboundedTcamEntryManager::Ptr& entryManager );
+   // Whether the entry carries the port ranges asked for, through checkers or through plain
+   // port qualifiers (a masked port read as a range). No term asked: true. Egress: false.
+   bool ipPortRangeSubruleExists( U64 entry, const Fennel::AclKey& aclKey, Acl::UniqueId aclId,
+                                  U32 ruleNum, U32 subRule, U16 srcStart, U16 srcEnd, bool hasSrc,
+                                  U16 dstStart, U16 dstEnd, bool hasDst );
+
  private:
+   // The three range terms of a subrule, source port, destination port and IP length in this
+   // order; the code of the first that fails, after a trace naming it.
+   Fennel::AclCreateError programRangeTerms(
+       const Fennel::AclKey& aclKey, U64 entry, Acl::UniqueId aclId, U32 ruleNum, U16 srcPort,
+       U16 srcPortMask, U16 dstPort, U16 dstPortMask, U16 srcStart, U16 srcEnd, U16 dstStart,
+       U16 dstEnd, U16 ipLen, U16 ipLenMask, U16 ipLenStart, U16 ipLenEnd,
+       const HalyardUnboundedTcamEntryManager::Ptr& entryManager );
+   // The IPv4 TOS byte (DSCP and ECN), when the rule or the subrule asks for either.
+   void programTos( U64 entry, const Acl::IpFilter& filter, U8 ecn, U8 ecnMask );
+   // The VXLAN network identifier, when the rule matches on it and `ignoreVni` is false.
+   void programVni( U64 entry, const Acl::IpFilterBase& filter, bool ignoreVni );
+   // The IPv6 source or destination address, with the qualifier that the entry's key takes.
+   void programIp6Address( U64 entry, const AclRuleData::Ptr& ruleData,
+                           const Acl::Ip6Filter& filter, bool source );
+
    const U32 unit_;
    const Acl::AclType type_;
    const HalyardCommonSmData::Ptr hcsd_;
@@ -310,6 +405,13 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    AclRuleMap aclRule_;
    AclRuleIdMap aclRuleData_;
 };
+
+// The bounds and the kind of the range checker `id` of the unit, as the SDK reads them back:
+// `*flags` 1 for source ports, 2 for destination ports, 0x100 for IP lengths. Where the chip
+// reads checkers by range configuration an unknown kind leaves `*flags` alone. The SDK's return
+// code is not looked at: an unknown id leaves what the SDK leaves.
+void getRangeCheckData( U32 unit, const HalyardCommonSmData::Ptr& hcsd, U32 id, int* low, int* high,
+                        U32* flags );
 
 // A new record with notifications on.
 AclCommonUnitData::Ptr aclCommonUnitDataFactory( U32 unit, Acl::AclType type,

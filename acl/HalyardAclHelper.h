@@ -10,6 +10,8 @@
 //    manager, and the entry matches the class. They are exported for the
 //    agent's other field-processor back-ends; the ACL rules of this library
 //    use the direct qualifiers.
+//  - useRangeChecker and verifyIpLenRangeChecker tell whether a port or length term of a
+//    subrule needs a hardware range checker.
 //  - The verify... checks read an entry back, repeat their setter's choice of
 //    form and stop the process on a mismatch.
 //
@@ -92,6 +94,14 @@ void setDstIPv4ClassOrDstMac( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U
 void setDstIPv6ClassOrDstMac( U32 unit, HalyardTcamGroupManager::Ptr groupMgr, U32 entry,
                               Pylon::Ip6AddrWithFullMask ip6ddrMask, U16 ip6Class, U16 ip6ClassMask,
                               uint8_t ( &mac )[6], uint8_t ( &macMask )[6] );
+
+// Whether a port term needs a hardware range checker: a range (start differs from end) that no
+// port and mask stands for (mask 0). A port with a mask needs none.
+bool useRangeChecker( U16 mask, U16 start, U16 end );
+// Whether an IP length term needs a range checker: a range (start differs from end), or an exact
+// length (mask 0xFFFF, the length in `start`), since the chip has no length qualifier. Any
+// other term asks nothing of the length.
+bool verifyIpLenRangeChecker( U16 mask, U16 start, U16 end );
 
 // The IP class id to use on the chip of the first module. A chip with both
 // destination class forms takes the id as it is; any other takes the next id

@@ -51,39 +51,13 @@ void AclHelper::blockIntf( Pylon::IntfId, bool, U32 ) {
 
 // ---- Rules.
 
-Fennel::AclCreateError AclHelper::createIpAclSubrule( Acl::AclType, const Acl::RuleConfig&,
-                                                      Acl::UniqueId, const AclDataPtr&, U32, U32,
-                                                      U16, U16, U16, U16, U16, U16, U16, U16, U16,
-                                                      U16, U16, U16, U8, bool, U8, U8 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpAclSubrule" );
-}
-
-Fennel::AclCreateError AclHelper::createIpFragRule( const AclDataPtr&, const Acl::RuleConfig&,
-                                                    Acl::UniqueId, U32, U32 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpFragRule" );
-}
-
 Fennel::AclCreateError AclHelper::createMacAclRule( const Acl::RuleConfig&, Acl::UniqueId,
                                                     const AclDataPtr&, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRule" );
 }
 
-Fennel::AclCreateError AclHelper::createFinalAclRule( Acl::AclType, const AclDataPtr&, U32 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createFinalAclRule" );
-}
-
-bool AclHelper::needToInstallIcmp6NeighborDiscoveryRules() {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "needToInstallIcmp6NeighborDiscoveryRules" );
-}
-
 void AclHelper::programRaclIdOrVlanId( const AclDataPtr&, U32, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "programRaclIdOrVlanId" );
-}
-
-Fennel::AclCreateError AclHelper::programUdfData( U32, HalyardTcamEntryManager::Ptr,
-                                                  const AclDataPtr&, const AclUnitData::Ptr&,
-                                                  const Acl::RuleConfig&, U32, U32 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "programUdfData" );
 }
 
 CommonRuleData::Ptr AclHelper::commonCreateEntry( const AclDataPtr&, const AclUnitData::Ptr&,
@@ -92,40 +66,11 @@ CommonRuleData::Ptr AclHelper::commonCreateEntry( const AclDataPtr&, const AclUn
    HALYARD_ACL_NOT_AVAILABLE_YET( "commonCreateEntry" );
 }
 
-Fennel::AclCreateError AclHelper::createIpAclSubruleForUnit( Acl::AclType, const AclUnitData::Ptr&,
-                                                             const Acl::RuleConfig&, Acl::UniqueId,
-                                                             const AclDataPtr&, U32, U32, U16, U16,
-                                                             U16, U16, U16, U16, U16, U16, U16, U16,
-                                                             U16, U16, U8, bool, HalyardAclFeature,
-                                                             U8, U8 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpAclSubruleForUnit" );
-}
-
 Fennel::AclCreateError AclHelper::createMacAclRuleForUnit( const AclUnitData::Ptr&,
                                                            const Acl::RuleConfig&, Acl::UniqueId,
                                                            const AclDataPtr&, U32, U32,
                                                            HalyardAclFeature ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRuleForUnit" );
-}
-
-Fennel::AclCreateError AclHelper::validateIpAclSubruleForUnit(
-    Acl::AclType, const AclUnitData::Ptr&, const Acl::RuleConfig&, Acl::UniqueId, const AclDataPtr&,
-    U32, U32, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U16, U8, bool,
-    HalyardAclFeature, U8, U8 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "validateIpAclSubruleForUnit" );
-}
-
-Fennel::AclCreateError AclHelper::createIpFragRuleForUnit( const AclDataPtr&,
-                                                           const AclUnitData::Ptr&,
-                                                           const Acl::RuleConfig&, Acl::UniqueId,
-                                                           U32, U32, HalyardAclFeature ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createIpFragRuleForUnit" );
-}
-
-Fennel::AclCreateError AclHelper::createFinalAclRuleForUnit( Acl::AclType, const AclDataPtr&,
-                                                             const HalyardAclData::Ptr&, U32,
-                                                             HalyardAclFeature ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createFinalAclRuleForUnit" );
 }
 
 // ---- Pre-creation, commit, teardown, exhaustion.
@@ -173,11 +118,6 @@ bool AclHelper::macRuleExists( const AclDataPtrConst&, Acl::UniqueId, U32 ) {
 
 bool AclHelper::ipSubruleExists( const AclDataPtrConst&, Acl::UniqueId, U32, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "ipSubruleExists" );
-}
-
-bool AclHelper::ipPortRangeSubruleExists( const AclDataPtrConst&, Acl::UniqueId, U32, U32, U16, U16,
-                                          bool, U16, U16, bool ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "ipPortRangeSubruleExists" );
 }
 
 void AclHelper::verifyMacRuleGeneral( const AclDataPtrConst&, Acl::UniqueId, U32, U32 ) {

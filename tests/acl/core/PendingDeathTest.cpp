@@ -49,10 +49,6 @@ const PendingCase pendingCases[] = {
       []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
          h.createMacAclRule( Acl::RuleConfig(), Acl::UniqueId( 1 ), a, 0 );
       } },
-    { "createFinalAclRule",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
-         h.createFinalAclRule( Acl::ip_, a, 1 );
-      } },
     { "prepareToCommit", []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.prepareToCommit(); } },
     { "commitAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.commitAcl( a ); } },
     { "destroyAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.destroyAcl( a ); } },
