@@ -4,6 +4,7 @@
 #include "fennel/GenericAclSm.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "fennel/GenericAclSmPass.h"
 #include "platform/vesper/Trace.h"
@@ -38,6 +39,43 @@ GenericAclSm::GenericAclSm( const AclSmInputs& inputs ) : AclSm( inputs ) {}
 
 GenericAclSm::Ptr GenericAclSm::from( const AclSm::Ptr& machine ) {
    return Vesper::ptrDynamicCast<GenericAclSm>( machine );
+}
+
+namespace {
+
+// The back-end's own binding operations.
+class BackEndBindingOps : public AclBindingOps {
+ public:
+   explicit BackEndBindingOps( FennelHelper::AclHelper& helper ) : helper_( helper ) {}
+   bool add( const IntfPairKey& intf, const AclData::Ptr& aclData,
+             const AclDataStatus::Ptr& status ) override {
+      return helper_.addIntfToAcl( intf, aclData, status );
+   }
+   bool remove( const IntfPairKey& intf, const AclData::Ptr& aclData,
+                bool belongsToAnother ) override {
+      return helper_.removeIntfFromAcl( intf, aclData, belongsToAnother );
+   }
+   void updatePorts( const AclData::Ptr& aclData, bool active ) override {
+      helper_.updateAclPorts( aclData, active );
+   }
+
+ private:
+   FennelHelper::AclHelper& helper_;
+};
+
+}  // namespace
+
+void GenericAclSm::bindingOpsIs( std::shared_ptr<AclBindingOps> ops ) {
+   bindingOps_ = std::move( ops );
+}
+
+AclBindingOps& GenericAclSm::bindingOps() const {
+   if ( !bindingOps_ ) {
+      // The helper outlives the machine, which holds it.
+      const_cast<GenericAclSm*>( this )->bindingOps_ =
+          std::make_shared<BackEndBindingOps>( *aclHelper() );
+   }
+   return *bindingOps_;
 }
 
 void GenericAclSm::start() {
@@ -83,7 +121,7 @@ PassSummary GenericAclSm::runPass() {
    }
    for ( const AclKey& key : work.lostPorts ) {
       if ( !work.apply.contains( key ) ) {
-         helper.updateAclPorts( state_.at( key ).aclData, false );
+         bindingOps().updatePorts( state_.at( key ).aclData, false );
       }
    }
    for ( const auto& [key, want] : desired ) {
@@ -122,7 +160,10 @@ void GenericAclSm::commitAndUpdatePorts( PassWork& work ) {
    }
    // Ports join after commit, so that a new port meets the whole rule list at once.
    for ( const AclKey& key : portsToUpdate ) {
-      helper.updateAclPorts( state_.at( key ).aclData, true );
+      const AclState& acl = state_.at( key );
+      if ( acl.committed ) {  // no entries, no ports to give them
+         bindingOps().updatePorts( acl.aclData, true );
+      }
    }
    for ( const AclKey& key : work.blocked ) {
       block( state_.at( key ), false );
@@ -147,7 +188,7 @@ bool GenericAclSm::changesWaiting() const {
    }
    for ( const auto& [key, want] : desired ) {
       const auto it = state_.find( key );
-      if ( it == state_.end() || it->second.intfs != want.intfs || needsApply( key, want ) ) {
+      if ( it == state_.end() || it->second.intfs != want.intfs || configChanged( key, want ) ) {
          return true;
       }
    }

@@ -19,7 +19,8 @@
 //      ACL that is not reapplied. Bindings that came: addIntfToAcl.
 //   4. Applying, in the order the back-end depends on, each ACL that is new, whose list changed,
 //      that a binding made dirty (an answer true, or the back-end's dirtyAcl), or that the last
-//      pass left pending: destroyAcl first where rules were created before; precreateAcl; the
+//      pass left pending: destroyAcl first where the ACL stands in hardware (it was committed)
+//      or its rules changed since they were created; precreateAcl; the
 //      rules in rising sequence number with rule numbers dense from 0; the neighbour discovery
 //      permits of an IPv6 ACL when the back-end asks for them; createFinalAclRule.
 //      Then prepareToCommit once, commitAcl per ACL, updateAclPorts(active true).
@@ -45,6 +46,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -56,6 +58,7 @@
 #include "platform/fennel/AclDataStatus.h"
 #include "platform/fennel/AclKey.h"
 #include "platform/fennel/AclSm.h"
+#include "platform/fennel/IntfPairKey.h"
 #include "platform/pylon/IntfId.h"
 
 namespace Fennel {
@@ -107,6 +110,21 @@ struct AclState {
    std::optional<U32> ruleNumOf( U32 seq ) const;
 };
 
+// How bindings reach the back-end. The machine's own hands them to addIntfToAcl,
+// removeIntfFromAcl and updateAclPorts; an owner whose back-end binds ports another way (a
+// back-end that does not serve these operations yet) gives the machine its own.
+class AclBindingOps {
+ public:
+   virtual ~AclBindingOps() = default;
+   // Answers whether the ACL must be reapplied.
+   virtual bool add( const IntfPairKey& intf, const AclData::Ptr& aclData,
+                     const AclDataStatus::Ptr& status ) = 0;
+   // Answers whether some ACL went dirty (the back-end names it in dirtyAcl).
+   virtual bool remove( const IntfPairKey& intf, const AclData::Ptr& aclData,
+                        bool belongsToAnother ) = 0;
+   virtual void updatePorts( const AclData::Ptr& aclData, bool active ) = 0;
+};
+
 struct PassSummary {
    std::vector<AclKey> applied;    // rules created in this pass
    std::vector<AclKey> committed;  // commitAcl called
@@ -129,9 +147,15 @@ class GenericAclSm : public AclSm {
    // The machine behind a pointer that AclSm::create() made, or null for a plain AclSm.
    static Ptr from( const AclSm::Ptr& machine );
 
-   // The back-end's one-time bring-up; the first pass calls it.
+   // The back-end's one-time bring-up (hwInit); the first pass calls it.
    void start();
+   // For an owner that brought the back-end up itself: the machine will not call hwInit.
+   void markStarted() { started_ = true; }
    bool started() const { return started_; }
+
+   // Replaces how bindings reach the back-end (AclBindingOps); null restores the back-end's
+   // own operations.
+   void bindingOpsIs( std::shared_ptr<AclBindingOps> ops );
 
    // One pass (head of this file).
    PassSummary runPass();
@@ -167,6 +191,9 @@ class GenericAclSm : public AclSm {
 
    // The ACL instances the configuration asks for; bindings not served go to `errors`.
    std::map<AclKey, Desired> desiredAcls( std::vector<std::string>* errors ) const;
+   // The list is new or its rules changed since they were last applied (or refused).
+   bool configChanged( const AclKey& key, const Desired& want ) const;
+   // configChanged, or a pass left the ACL pending.
    bool needsApply( const AclKey& key, const Desired& want ) const;
    bool changesWaiting() const;
    bool anyPending() const;
@@ -187,7 +214,10 @@ class GenericAclSm : public AclSm {
    void commitAndUpdatePorts( PassWork& work );
    void block( const AclState& acl, bool on );
 
+   AclBindingOps& bindingOps() const;
+
    bool started_ = false;
+   std::shared_ptr<AclBindingOps> bindingOps_;
    U32 version_ = 0;  // the configuration generation handed to AclData::aclVersion
    std::map<AclKey, AclState> state_;
    std::map<AclKey, Memory> memory_;

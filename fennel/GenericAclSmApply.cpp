@@ -84,9 +84,11 @@ void GenericAclSm::apply( const AclKey& key, const Desired& want, PassWork& work
       block( acl, true );
       work.blocked.insert( key );
    }
-   if ( acl.aclData->aclVersion() != AclData::aclVersionNone ) {
-      // Rules of an earlier pass stand in the back-end's records (and maybe in hardware):
-      // remove them all, since rules are created afresh in rule order.
+   const bool created = acl.aclData->aclVersion() != AclData::aclVersionNone;
+   if ( created && ( acl.committed || memory.appliedRules != config.rule() ) ) {
+      // Commit skips a unit that stands installed, and rules of the old list that the new one
+      // lacks would stay in the records: remove all. An ACL that never went in with unchanged
+      // rules is simply created again, each subrule replacing its earlier version.
       helper.destroyAcl( acl.aclData );
    }
    acl.committed = false;

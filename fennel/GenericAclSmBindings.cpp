@@ -73,18 +73,24 @@ std::map<AclKey, GenericAclSm::Desired> GenericAclSm::desiredAcls(
    return desired;
 }
 
-bool GenericAclSm::needsApply( const AclKey& key, const Desired& want ) const {
+bool GenericAclSm::configChanged( const AclKey& key, const Desired& want ) const {
    const auto acl = state_.find( key );
    const auto memory = memory_.find( key );
    if ( acl == state_.end() || memory == memory_.end() ) {
       return true;
    }
    const auto& rules = want.config->rule();
-   if ( memory->second.refusedRules && *memory->second.refusedRules == rules ) {
-      return false;  // refused as it stands: nothing to do until it changes
+   if ( memory->second.refusedRules ) {
+      // Refused as it stands: nothing to do until it changes.
+      return *memory->second.refusedRules != rules;
    }
-   return acl->second.applications == 0 || acl->second.pending != PendingReason::none ||
-          memory->second.appliedRules != rules;
+   return acl->second.applications == 0 || memory->second.appliedRules != rules;
+}
+
+bool GenericAclSm::needsApply( const AclKey& key, const Desired& want ) const {
+   const auto acl = state_.find( key );
+   return configChanged( key, want ) ||
+          ( acl != state_.end() && acl->second.pending != PendingReason::none );
 }
 
 void GenericAclSm::tearDown( const AclKey& key, const std::map<AclKey, Desired>& desired,
@@ -93,8 +99,7 @@ void GenericAclSm::tearDown( const AclKey& key, const std::map<AclKey, Desired>&
    AclState& acl = state_.at( key );
    VTRACE( 1, "GenericAclSm: tearing down " << key );
    for ( IntfId intf : acl.intfs ) {
-      helper.removeIntfFromAcl( pairOf( intf ), acl.aclData,
-                                belongsToAnother( key, intf, desired ) );
+      bindingOps().remove( pairOf( intf ), acl.aclData, belongsToAnother( key, intf, desired ) );
       ++work.summary.bindingsRemoved;
    }
    if ( acl.aclData->aclVersion() != AclData::aclVersionNone ) {
@@ -123,8 +128,7 @@ void GenericAclSm::removeBindings( const AclKey& key, const Desired& want,
    for ( IntfId intf : lost ) {
       // An answer true means some ACL went dirty; the back-end names it in dirtyAcl, which the
       // pass reads next.
-      aclHelper()->removeIntfFromAcl( pairOf( intf ), acl.aclData,
-                                      belongsToAnother( key, intf, desired ) );
+      bindingOps().remove( pairOf( intf ), acl.aclData, belongsToAnother( key, intf, desired ) );
       acl.intfs.erase( intf );
       acl.aclData->activeIntfDel( intf );
       work.lostPorts.insert( key );
@@ -146,7 +150,7 @@ void GenericAclSm::addBindings( const AclKey& key, const Desired& want, PassWork
       }
       acl.intfs.insert( intf );
       acl.aclData->activeIntfIs( intf, true );
-      if ( aclHelper()->addIntfToAcl( pairOf( intf ), acl.aclData, acl.status ) ) {
+      if ( bindingOps().add( pairOf( intf ), acl.aclData, acl.status ) ) {
          work.apply.insert( key );
       }
       work.gainedPorts.insert( key );
