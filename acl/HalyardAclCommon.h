@@ -299,6 +299,14 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    // process ("aclRuleIter.ptr() == found" or "!found").
    AclRuleData::Ptr getAclRuleDataForAclId( Acl::UniqueId aclId ) const;
 
+   // ---- Commit (HalyardAclCommonCommit.cpp). Installs every entry of every rule through the
+   // entry's manager, in ascending rule number: rule order is priority order, so a packet
+   // that arrives meanwhile sees a prefix of the rule list. A dirty or installed ACL is left
+   // alone, so that a dirty one is never half-installed and a second commit does nothing.
+   // With `installEntry` false the bookkeeping alone is done (counters from zero, installed).
+   // An entry without a manager stops the process ("entryMgr").
+   void commitAcl( const Fennel::AclKey& key, bool installEntry );
+
    // ---- IP subrules. A subrule carries one source port term, one destination port term and
    // one IP length term, as the twelve U16 in this order: srcPort, srcPortMask, dstPort,
    // dstPortMask (a port under a mask), srcStart, srcEnd, dstStart, dstEnd (a range), ipLen,

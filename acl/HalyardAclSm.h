@@ -323,6 +323,22 @@ class AclHelper : public FennelHelper::AclHelper {
    virtual void destroyAclEntries( const AclDataPtr& aclData, const HalyardAclData::Ptr& saclData,
                                    HalyardAclFeature feature );
 
+   // ==== Rules, commit and enable (HalyardAclSmEntries.cpp, HalyardAclSmMacRules.cpp,
+   // HalyardAclSmCommit.cpp).
+
+   // The priority of a rule's entries among the ACLs of one group: the ACL's priority number
+   // above the rule number counted down from 8191, so that a lower rule number and a higher
+   // ACL priority both rank higher; plus 0x80000000, all modulo 2^32. `subRuleNum` takes no
+   // part. Entries take their manager's priority instead (commonCreateEntry).
+   // REQUIRES: ruleNum < 8192 (the process stops otherwise).
+   S32 rulePriority( const AclDataPtrConst& aclData, U32 ruleNum, U32 subRuleNum ) const;
+   // Packs the entries of every ACL group of every unit, in a fixed order of the managers.
+   void compressAllGroups();
+   // Switches the entries of one committed rule on the unit on or off, VFP entries excepted:
+   // they select ports by class and carry no port bitmap. Without installEntries it only
+   // traces.
+   void enableAclEntriesIs( const AclRuleData::Ptr& rule, U32 unit, bool enable );
+
    // ==== The records this helper was built with (never changed).
 
    const HalyardVlanTopo::VlanTopoSliceStatus::Ptr& vlanTopoSliceStatus() const {
@@ -579,6 +595,15 @@ class AclHelper : public FennelHelper::AclHelper {
    void handleInitialized();
    // After a change of the dirty flag: a clean helper has no dirty unit.
    void handleDirty();
+
+   // The steps of precreateAcl on one unit (HalyardAclSmPrecreate.cpp).
+   void precreateUnit( const HalyardAclData& saclData, const AclUnitData::Ptr& unitData,
+                       const HalyardAclTypeDirectionFeatureSm& sm, bool portAcl );
+   bool vfpPortConflictFound( const HalyardAclData& saclData, const AclUnitData& unitData ) const;
+   bool intfClassSettled( const HalyardAclData& saclData, const AclUnitData::Ptr& unitData,
+                          const HalyardAclTypeDirectionFeatureSm& sm, bool oneActivePort,
+                          bool useVfp );
+   void vfpPortClaimsSettled( Acl::AclType type, const AclUnitData& unitData, bool useVfp );
    // Whether a unit's chip forces router ACL sharing on; traces `chips` when it does.
    bool raclSharingForcedByChip( U32 unit, const char* chips ) const;
 

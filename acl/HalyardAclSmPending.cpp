@@ -51,41 +51,11 @@ void AclHelper::blockIntf( Pylon::IntfId, bool, U32 ) {
 
 // ---- Rules.
 
-Fennel::AclCreateError AclHelper::createMacAclRule( const Acl::RuleConfig&, Acl::UniqueId,
-                                                    const AclDataPtr&, U32 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRule" );
-}
-
 void AclHelper::programRaclIdOrVlanId( const AclDataPtr&, U32, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "programRaclIdOrVlanId" );
 }
 
-CommonRuleData::Ptr AclHelper::commonCreateEntry( const AclDataPtr&, const AclUnitData::Ptr&,
-                                                  const Acl::RuleConfig&, Acl::Action, bool,
-                                                  Acl::UniqueId, U32, U32, HalyardAclFeature ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "commonCreateEntry" );
-}
-
-Fennel::AclCreateError AclHelper::createMacAclRuleForUnit( const AclUnitData::Ptr&,
-                                                           const Acl::RuleConfig&, Acl::UniqueId,
-                                                           const AclDataPtr&, U32, U32,
-                                                           HalyardAclFeature ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "createMacAclRuleForUnit" );
-}
-
 // ---- Pre-creation, commit, teardown, exhaustion.
-
-Fennel::AclCreateError AclHelper::precreateAcl( const AclDataPtr&, const AclDataStatusPtr& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "precreateAcl" );
-}
-
-void AclHelper::prepareToCommit() {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "prepareToCommit" );
-}
-
-void AclHelper::commitAcl( const AclDataPtr& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "commitAcl" );
-}
 
 void AclHelper::destroyAcl( const AclDataPtr& ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAcl" );

@@ -180,15 +180,6 @@ AclRuleData::Ptr AclHelper::getAclRuleData( const AclDataPtrConst& aclData, U32 
    return unitData->common()->aclRule( ruleNum );
 }
 
-// The rule programmer of an ACL on a unit; one made stays until its unit record goes.
-void AclHelper::createCommonUnitData( const AclUnitData::Ptr& unitData ) {
-   if ( unitData->common() ) {
-      return;
-   }
-   unitData->commonIs(
-       aclCommonUnitDataFactory( unitData->unit(), unitData->type(), hcsd_, tcamGroupManager_ ) );
-}
-
 // ---- AclHelper: per-unit records
 
 VfpAclTypeForPort::Ptr AclHelper::vfpAclTypeForUnitIs( U32 unit ) {

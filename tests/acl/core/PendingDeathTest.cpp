@@ -43,14 +43,6 @@ TEST_P( PendingDeathTest, StopsNamingTheOperation ) {
 }
 
 const PendingCase pendingCases[] = {
-    { "precreateAcl",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.precreateAcl( a, nullptr ); } },
-    { "createMacAclRule",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
-         h.createMacAclRule( Acl::RuleConfig(), Acl::UniqueId( 1 ), a, 0 );
-      } },
-    { "prepareToCommit", []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.prepareToCommit(); } },
-    { "commitAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.commitAcl( a ); } },
     { "destroyAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.destroyAcl( a ); } },
     { "cleanupAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.cleanupAcl( a ); } },
     { "updateAclPorts",

@@ -17,8 +17,7 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/chip/Packet.h"
-#include "tests/acl/setters/SimUnit.h"
-#include "tests/acl/setters/TestSupport.h"
+#include "tests/acl/setters/SetterUnit.h"
 
 namespace AclSettersTest {
 namespace {
@@ -32,7 +31,7 @@ using QualPair = std::pair<U64, U64>;
 
 class FieldSettersTest : public ::testing::TestWithParam<std::string> {
  protected:
-   FieldSettersTest() : unit_( chipKindNamed( GetParam() ) ) {
+   FieldSettersTest() : unit_( GetParam() ) {
       entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl );
    }
 
@@ -69,11 +68,11 @@ class FieldSettersTest : public ::testing::TestWithParam<std::string> {
    Halyard::HalyardTcamGroupManager::Ptr groupMgr() const { return unit_.groupMgr(); }
    Halyard::HalyardTcamGroupManager::PtrConst constGroupMgr() const { return unit_.groupMgr(); }
 
-   static constexpr U32 unit = SimUnit::unit;
+   static constexpr U32 unit = SetterUnit::unit;
    Vesper::ActivityLockGuard activity_;
    Vesper::TraceCapture fpCmd_{ "Halyard::bcmFpCmd" };
    Vesper::TraceCapture helperTrace_{ setterTraceHandle };
-   SimUnit unit_;
+   SetterUnit unit_;
    U32 entry_ = 0;
 };
 

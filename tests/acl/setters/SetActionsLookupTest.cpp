@@ -9,7 +9,7 @@
 #include "acl/HalyardAclHelper.h"
 #include "platform/vesper/ActivityLock.h"
 #include "sim/chip/Packet.h"
-#include "tests/acl/setters/SimUnit.h"
+#include "tests/acl/setters/SetterUnit.h"
 
 namespace AclSettersTest {
 namespace {
@@ -21,12 +21,12 @@ constexpr U32 vfpClass = 2;
 class SetActionsLookupTest : public ::testing::Test {
  protected:
    // trident2 has HiGig ports, which are not Ethernet ports.
-   SetActionsLookupTest() : unit_( chipKindNamed( "trident2" ) ) {}
+   SetActionsLookupTest() : unit_( "trident2" ) {}
 
    U32 programmed( Halyard::TcamGroupAssignment group, Acl::Action action, bool log, bool vfp,
                    bool allPorts = false, bool cancelCpuCopy = false ) {
       const U32 entry = unit_.newEntry( group );
-      Halyard::setActions( SimUnit::unit, unit_.groupMgr(), entry, action, log, vfp,
+      Halyard::setActions( SetterUnit::unit, unit_.groupMgr(), entry, action, log, vfp,
                            Acl::AclDirection::in, vfpClass, allPorts, cancelCpuCopy );
       unit_.install( entry );
       return entry;
@@ -39,7 +39,7 @@ class SetActionsLookupTest : public ::testing::Test {
    }
 
    Vesper::ActivityLockGuard activity_;
-   SimUnit unit_;
+   SetterUnit unit_;
 };
 
 TEST_F( SetActionsLookupTest, IfpDenyDropsAndThrowsAnyCpuCopyAway ) {

@@ -17,8 +17,7 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/sdk/SimSdk.h"
-#include "tests/acl/setters/SimUnit.h"
-#include "tests/acl/setters/TestSupport.h"
+#include "tests/acl/setters/SetterUnit.h"
 
 namespace AclSettersTest {
 namespace {
@@ -114,7 +113,7 @@ class OutcomeBuilder {
 
 class SetActionsTest : public ::testing::Test {
  protected:
-   void build( const std::string& kindName ) { unit_.emplace( chipKindNamed( kindName ) ); }
+   void build( const std::string& kindName ) { unit_.emplace( kindName ); }
    // The entry of the stage the flags name: VFP, else IFP on ingress, EFP on egress.
    U32 entryFor( const ActionFlags& f ) {
       if ( f.vfp ) {
@@ -125,7 +124,7 @@ class SetActionsTest : public ::testing::Test {
    void run( U32 entry, const ActionFlags& f ) {
       fpCmd_.clear();
       helperTrace_.clear();
-      Halyard::setActions( SimUnit::unit, unit_->groupMgr(), entry,
+      Halyard::setActions( SetterUnit::unit, unit_->groupMgr(), entry,
                            f.deny ? Acl::Action::deny : Acl::Action::permit, f.log, f.vfp,
                            f.ingress ? Acl::AclDirection::in : Acl::AclDirection::out, baseVfpClass,
                            f.allPorts, f.cancelCpuCopy );
@@ -174,9 +173,9 @@ class SetActionsTest : public ::testing::Test {
           << "an SDK call was made with the activity lock held";
    }
 
-   static constexpr int sdkUnit = static_cast<int>( SimUnit::unit );
+   static constexpr int sdkUnit = static_cast<int>( SetterUnit::unit );
    Vesper::ActivityLockGuard activity_;
-   std::optional<SimUnit> unit_;
+   std::optional<SetterUnit> unit_;
    Vesper::TraceCapture fpCmd_{ "Halyard::bcmFpCmd" };
    Vesper::TraceCapture helperTrace_{ setterTraceHandle };
 };

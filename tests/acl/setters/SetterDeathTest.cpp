@@ -12,8 +12,7 @@
 #include "platform/pylon/Ip6Addr.h"
 #include "platform/pylon/IpAddr.h"
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/setters/SimUnit.h"
-#include "tests/acl/setters/TestSupport.h"
+#include "tests/acl/setters/SetterUnit.h"
 
 namespace AclSettersTest {
 namespace {
@@ -22,7 +21,7 @@ using HalyardCentral::ChipAttribute;
 
 class SetterDeathTest : public ::testing::TestWithParam<std::string> {
  protected:
-   SetterDeathTest() : unit_( chipKindNamed( GetParam() ) ) {
+   SetterDeathTest() : unit_( GetParam() ) {
       entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl );
    }
 
@@ -32,9 +31,9 @@ class SetterDeathTest : public ::testing::TestWithParam<std::string> {
    Halyard::HalyardTcamGroupManager::Ptr groupMgr() const { return unit_.groupMgr(); }
    Halyard::HalyardTcamGroupManager::PtrConst constGroupMgr() const { return unit_.groupMgr(); }
 
-   static constexpr U32 unit = SimUnit::unit;
+   static constexpr U32 unit = SetterUnit::unit;
    Vesper::ActivityLockGuard activity_;
-   SimUnit unit_;
+   SetterUnit unit_;
    U32 entry_ = 0;
    U8 mac_[6] = { 0x00, 0x1c, 0x73, 0x00, 0x00, 0x42 };
    U8 macMask_[6] = { 0xff, 0xff, 0xff, 0xff, 0xff, 0xff };

@@ -7,8 +7,7 @@
 
 #include "acl/HalyardAclHelper.h"
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/setters/SimUnit.h"
-#include "tests/acl/setters/TestSupport.h"
+#include "tests/acl/setters/SetterUnit.h"
 
 namespace AclSettersTest {
 namespace {
@@ -17,7 +16,7 @@ using HalyardCentral::ChipAttribute;
 
 class TranslatedClassIdTest : public ::testing::TestWithParam<std::string> {
  protected:
-   TranslatedClassIdTest() : unit_( chipKindNamed( GetParam() ) ) {}
+   TranslatedClassIdTest() : unit_( GetParam() ) {}
 
    bool keepsIds() const {
       return unit_.attribute( ChipAttribute::supportsIfpDstClassField ) &&
@@ -31,7 +30,7 @@ class TranslatedClassIdTest : public ::testing::TestWithParam<std::string> {
    }
 
    Vesper::ActivityLockGuard activity_;
-   SimUnit unit_;
+   SetterUnit unit_;
 };
 
 using TranslatedClassIdDeathTest = TranslatedClassIdTest;
