@@ -72,6 +72,7 @@ std::string helpText() {
 CLI::App* addCommand( CLI::App& app, const Command& c, CommandArgs& args ) {
    CLI::App* sub = app.add_subcommand( c.name, c.summary );
    sub->allow_extras( false );
+   sub->set_help_flag( "-h,--help", "show this command's help" );
    if ( c.takes & ( configs | oneConfig ) ) {
       auto* files = sub->add_option( "files", args.files, c.args )->required();
       if ( c.takes & oneConfig ) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,13 +13,6 @@ namespace HalyardE2e {
 
 namespace {
 
-std::string readFile( const std::string& path ) {
-   std::ifstream in( path );
-   std::ostringstream s;
-   s << in.rdbuf();
-   return s.str();
-}
-
 std::string quoted( const std::string& arg ) {
    std::string q = "'";
    for ( char c : arg ) {
@@ -27,10 +21,28 @@ std::string quoted( const std::string& arg ) {
    return q + "'";
 }
 
+// A file of its own for the tool's stderr: CTest runs the cases of one binary in parallel
+// processes.
+std::string stderrFile() {
+   std::string path = ::testing::TempDir() + "halyard-e2e-stderr-XXXXXX";
+   const int fd = mkstemp( path.data() );
+   if ( fd >= 0 ) {
+      close( fd );
+   }
+   return path;
+}
+
 }  // namespace
 
+std::string readFile( const std::string& path ) {
+   std::ifstream in( path );
+   std::ostringstream s;
+   s << in.rdbuf();
+   return s.str();
+}
+
 ToolResult runTool( const std::vector<std::string>& args ) {
-   const std::string errPath = ::testing::TempDir() + "halyard-e2e-stderr.txt";
+   const std::string errPath = stderrFile();
    std::string cmd =
        std::string( "cd " ) + quoted( HALYARD_SOURCE_DIR ) + " && " + quoted( HALYARD_CLI_BINARY );
    for ( const auto& a : args ) {
@@ -50,35 +62,9 @@ ToolResult runTool( const std::vector<std::string>& args ) {
    }
    const int status = pclose( pipe );
    const int code = WIFEXITED( status ) ? WEXITSTATUS( status ) : -1;
-   return { code, out, readFile( errPath ) };
-}
-
-void expectGolden( const std::string& name, const std::string& actual ) {
-   const std::string path = std::string( HALYARD_SOURCE_DIR ) + "/tests/e2e/golden/" + name;
-   if ( std::getenv( "HALYARD_UPDATE_GOLDEN" ) ) {
-      std::ofstream( path ) << actual;
-      return;
-   }
-   const std::string expected = readFile( path );
-   if ( expected == actual ) {
-      return;
-   }
-   std::istringstream e( expected ), a( actual );
-   std::string el, al;
-   for ( int line = 1;; ++line ) {
-      const bool eMore = static_cast<bool>( std::getline( e, el ) );
-      const bool aMore = static_cast<bool>( std::getline( a, al ) );
-      if ( !eMore && !aMore ) {
-         break;
-      }
-      if ( eMore != aMore || el != al ) {
-         ADD_FAILURE() << name << ":" << line
-                       << " differs\n  expected: " << ( eMore ? el : "<end>" )
-                       << "\n  actual:   " << ( aMore ? al : "<end>" );
-         return;
-      }
-   }
-   ADD_FAILURE() << name << " differs (line endings or a final newline)";
+   ToolResult result{ code, out, readFile( errPath ) };
+   std::remove( errPath.c_str() );
+   return result;
 }
 
 }  // namespace HalyardE2e

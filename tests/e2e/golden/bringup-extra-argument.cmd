@@ -1,0 +1,3 @@
+# bringup takes no arguments.
+bringup extra
+exit 2

@@ -1,0 +1,3 @@
+# An unreadable profile names the file.
+--switch no/such.switch bringup
+exit 2

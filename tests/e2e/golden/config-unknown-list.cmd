@@ -1,0 +1,3 @@
+# A configuration error: FILE:LINE: on stderr, exit 2, nothing programmed.
+apply tests/e2e/inputs/unknown-list.acl
+exit 2

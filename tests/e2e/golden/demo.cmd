@@ -1,0 +1,2 @@
+# The main job.
+demo
