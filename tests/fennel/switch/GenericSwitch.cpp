@@ -1,0 +1,215 @@
+#include "tests/fennel/switch/GenericSwitch.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "fennel/HalyardView.h"
+#include "platform/pylon/ValueText.h"
+#include "tests/support/AclRecords.h"
+
+namespace FennelTest {
+
+namespace {
+
+using Fennel::RuleOrigin;
+
+// Bindings as ports on the ACL's unit records, ahead of its first pass.
+class BindingOps : public Fennel::AclBindingOps {
+ public:
+   explicit BindingOps( Halyard::AclHelper::Ptr helper ) : helper_( std::move( helper ) ) {}
+   bool add( const Fennel::IntfPairKey& intf, const Fennel::AclData::Ptr& aclData,
+             const Fennel::AclDataStatus::Ptr& ) override {
+      HalyardTest::bindPort( helper_, aclData, intf.intfId() );
+      return false;
+   }
+   bool remove( const Fennel::IntfPairKey&, const Fennel::AclData::Ptr&, bool ) override {
+      ADD_FAILURE() << "bindings that go need the back-end's removeIntfFromAcl";
+      return false;
+   }
+   void updatePorts( const Fennel::AclData::Ptr&, bool ) override {}
+
+ private:
+   Halyard::AclHelper::Ptr helper_;
+};
+
+HalyardTest::AgentOptions agentOptions( const Sim::SwitchOptions& sim ) {
+   HalyardTest::AgentOptions options;
+   options.sim = sim;
+   options.hwInit = false;  // the machine's first pass brings the back-end up
+   return options;
+}
+
+std::string originText( const RuleOrigin& o ) {
+   switch ( o.kind ) {
+      case RuleOrigin::Kind::configured:
+         return "seq " + std::to_string( o.seq );
+      case RuleOrigin::Kind::neighborDiscovery:
+         return "neighbour discovery permit";
+      case RuleOrigin::Kind::closing:
+         return "closing rule";
+   }
+   return "?";
+}
+
+// The origin the hardware must have hit for the evaluator's verdict of one ACL.
+RuleOrigin expectedOrigin( const Fennel::AclVerdict& v ) {
+   switch ( v.decider ) {
+      case Fennel::AclDecider::rule:
+         return RuleOrigin{ RuleOrigin::Kind::configured, *v.seq };
+      case Fennel::AclDecider::neighborDiscovery:
+         return RuleOrigin{ RuleOrigin::Kind::neighborDiscovery, 0 };
+      case Fennel::AclDecider::icmp6Permit:  // the permit stands in the closing rule's number
+      case Fennel::AclDecider::implicitDeny:
+         return RuleOrigin{ RuleOrigin::Kind::closing, 0 };
+   }
+   return {};
+}
+
+void addHits( const Fennel::GenericAclSm& machine, const Fennel::EntryOwners& owners, U32 unit,
+              const Sim::Verdict& verdict, std::vector<HardwareHit>& out ) {
+   for ( const Sim::StageHit& hit : verdict.hits ) {
+      const Fennel::EntryOwner* owner = owners.owner( unit, hit.entry );
+      if ( !owner ) {
+         continue;  // a hidden entry of the back-end's own
+      }
+      const Fennel::AclState* acl = machine.acl( owner->key );
+      RuleOrigin origin{ RuleOrigin::Kind::closing, 0 };
+      if ( acl && owner->ruleNum < acl->rules.size() ) {
+         origin = acl->rules[owner->ruleNum];
+      }
+      out.push_back( HardwareHit{ owner->key, unit, origin } );
+   }
+}
+
+}  // namespace
+
+GenericMachineRegistration::GenericMachineRegistration() {
+   Fennel::registerGenericAclSm();
+}
+
+GenericMachineRegistration::~GenericMachineRegistration() {
+   Fennel::aclSmFactoryIs( {} );
+}
+
+GenericSwitch::GenericSwitch( const Sim::SwitchProfile& profile, const Sim::SwitchOptions& options )
+    : agent_( profile, agentOptions( options ) ),
+      machine_( Fennel::GenericAclSm::from( agent_.aclSmEntity()->aclSm() ) ) {
+   machine_->bindingOpsIs( std::make_shared<BindingOps>( agent_.helper() ) );
+}
+
+void GenericSwitch::bind( Acl::AclType type, const std::string& name, Pylon::IntfId intf,
+                          Acl::AclDirection direction ) {
+   intfConfig()->intfAclIs( type, direction, intf, Vesper::Name( name ) );
+}
+
+HardwareOutcome GenericSwitch::inject( const Fennel::Packet& packet ) {
+   const std::string out = packet.out ? Pylon::valueToStrep( *packet.out ) : std::string();
+   const Sim::SwitchVerdict v =
+       agent_.sim().inject( Pylon::valueToStrep( packet.in ), simPacket( packet ), out );
+   HardwareOutcome outcome;
+   outcome.permit = !v.dropped();
+   outcome.ingressPermit = !v.ingress.dropped;
+   outcome.text = v.text();
+   const Fennel::EntryOwners owners( *agent_.helper() );
+   addHits( *machine_, owners, v.ingressUnit, v.ingress, outcome.hits );
+   if ( v.egress ) {
+      addHits( *machine_, owners, *v.egressUnit, *v.egress, outcome.hits );
+   }
+   return outcome;
+}
+
+Fennel::Evaluation GenericSwitch::reference( const Fennel::Packet& packet ) const {
+   return Fennel::Evaluator( config(), intfConfig(), paramConfig() ).evaluate( packet );
+}
+
+std::string GenericSwitch::disagreement( const Fennel::Packet& packet ) {
+   const Fennel::Evaluation ref = reference( packet );
+   const HardwareOutcome hw = inject( packet );
+   std::ostringstream why;
+   if ( ref.permit != hw.permit ) {
+      why << "verdict: hardware " << ( hw.permit ? "permit" : "deny" ) << ", reference "
+          << ( ref.permit ? "permit" : "deny" ) << "; ";
+   }
+   std::vector<bool> explained( hw.hits.size(), false );
+   for ( const Fennel::AclVerdict& v : ref.acls ) {
+      if ( v.direction == Acl::AclDirection::out && !hw.ingressPermit ) {
+         continue;  // dropped before the egress lookup
+      }
+      const RuleOrigin want = expectedOrigin( v );
+      std::vector<std::size_t> found;
+      for ( std::size_t i = 0; i < hw.hits.size(); ++i ) {
+         const Fennel::AclKey& k = hw.hits[i].key;
+         if ( k.aclName() == v.aclName.str() && k.aclType() == v.type &&
+              k.direction() == v.direction ) {
+            found.push_back( i );
+            explained[i] = true;
+         }
+      }
+      if ( found.size() != 1 || !( hw.hits[found[0]].origin == want ) ) {
+         why << v.aclName.str() << " " << v.direction << ": reference " << originText( want )
+             << ", hardware";
+         for ( std::size_t i : found ) {
+            why << " " << originText( hw.hits[i].origin ) << " (unit " << hw.hits[i].unit << ")";
+         }
+         why << ( found.empty() ? " no hit" : "" ) << "; ";
+      }
+   }
+   for ( std::size_t i = 0; i < hw.hits.size(); ++i ) {
+      if ( !explained[i] ) {
+         why << "hardware hit " << hw.hits[i].key.aclName() << " " << hw.hits[i].key.direction()
+             << " " << originText( hw.hits[i].origin ) << ", which the reference does not apply; ";
+      }
+   }
+   const std::string text = why.str();
+   return text.empty() ? text : text + "[" + hw.text + "]";
+}
+
+Sim::Packet simPacket( const Fennel::Packet& p ) {
+   Sim::Packet s = Sim::Packet::ethernet( p.eth.type );
+   s.srcMac = p.eth.src.bytes();
+   s.dstMac = p.eth.dst.bytes();
+   if ( p.vlan ) {
+      s.taggedIs( *p.vlan );
+   }
+   auto fragment = [&]( Fennel::Frag frag ) {
+      if ( frag == Fennel::Frag::first ) {
+         s.fragmentIs( true, 0 );
+      } else if ( frag == Fennel::Frag::later ) {
+         s.fragmentIs( false, Fennel::laterFragmentOffset );
+      }
+   };
+   if ( p.ipv4 ) {
+      s.l3 = Sim::L3Kind::Ipv4;
+      s.srcIp4 = p.ipv4->src.value();
+      s.dstIp4 = p.ipv4->dst.value();
+      s.ipProtocol = p.ipv4->proto;
+      s.tos = static_cast<U8>( p.ipv4->dscp << 2 | ( p.ipv4->ecn & 3 ) );
+      s.ttl = p.ipv4->ttl;
+      s.ipTotalLength = p.ipv4->len;
+      fragment( p.ipv4->frag );
+   } else if ( p.ipv6 ) {
+      s.l3 = Sim::L3Kind::Ipv6;
+      s.srcIp6 = p.ipv6->src.bytes();
+      s.dstIp6 = p.ipv6->dst.bytes();
+      s.ipProtocol = p.ipv6->next;
+      s.tos = static_cast<U8>( p.ipv6->dscp << 2 | ( p.ipv6->ecn & 3 ) );
+      s.ttl = p.ipv6->hlim;
+      s.ipTotalLength = p.ipv6->len;
+      fragment( p.ipv6->frag );
+   }
+   if ( const auto& ports = p.tcp ? p.tcp : p.udp ) {
+      s.l4SrcPort = ports->sport;
+      s.l4DstPort = ports->dport;
+      s.tcpFlags = ports->flags;
+   }
+   if ( p.icmp ) {
+      s.icmpType = p.icmp->type;
+      s.icmpCode = p.icmp->code;
+   }
+   s.payload = p.payload;
+   s.routed = p.routed;
+   return s;
+}
+
+}  // namespace FennelTest
