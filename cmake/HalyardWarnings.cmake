@@ -14,6 +14,14 @@ if(HALYARD_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# The fuzz build (scripts/fuzz.sh) instruments every library for libFuzzer's coverage and runs
+# under AddressSanitizer and UndefinedBehaviorSanitizer; the fuzz targets add -fsanitize=fuzzer.
+if(HALYARD_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+                      -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 # halyard_layer(NAME KIND DIR LINKS...) builds one layer from every .cpp under
 # DIR, so that adding a source file needs no edit here.
 function(halyard_layer name kind dir)

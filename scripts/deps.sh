@@ -2,7 +2,7 @@
 # Installs the Debian packages the build needs, only those missing.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ clang clang-format
+packages=(cmake ninja-build g++ clang clang-format libclang-rt-dev pkg-config
           libgtest-dev libgmock-dev libbenchmark-dev
           nlohmann-json3-dev libcli11-dev libpcap-dev)
 
