@@ -28,6 +28,7 @@ function(halyard_layer name kind dir)
   file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${dir}/*.cpp)
   list(FILTER srcs EXCLUDE REGEX ".*/main\\.cpp$")
   add_library(${name} ${kind} ${srcs})
-  target_include_directories(${name} PUBLIC ${HALYARD_ROOT})
+  # From the tree when building; the installed targets add their include directory.
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${HALYARD_ROOT}>)
   target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
