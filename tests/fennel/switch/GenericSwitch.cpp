@@ -103,6 +103,16 @@ void GenericSwitch::bind( Acl::AclType type, const std::string& name, Pylon::Int
    intfConfig()->intfAclIs( type, direction, intf, Vesper::Name( name ) );
 }
 
+Fennel::PassSummary GenericSwitch::runPass() {
+   owners_.reset();
+   return machine_->runPass();
+}
+
+U32 GenericSwitch::settle() {
+   owners_.reset();
+   return machine_->settle();
+}
+
 HardwareOutcome GenericSwitch::inject( const Fennel::Packet& packet ) {
    const std::string out = packet.out ? Pylon::valueToStrep( *packet.out ) : std::string();
    const Sim::SwitchVerdict v =
@@ -111,10 +121,12 @@ HardwareOutcome GenericSwitch::inject( const Fennel::Packet& packet ) {
    outcome.permit = !v.dropped();
    outcome.ingressPermit = !v.ingress.dropped;
    outcome.text = v.text();
-   const Fennel::EntryOwners owners( *agent_.helper() );
-   addHits( *machine_, owners, v.ingressUnit, v.ingress, outcome.hits );
+   if ( !owners_ ) {
+      owners_ = std::make_unique<Fennel::EntryOwners>( *agent_.helper() );
+   }
+   addHits( *machine_, *owners_, v.ingressUnit, v.ingress, outcome.hits );
    if ( v.egress ) {
-      addHits( *machine_, owners, *v.egressUnit, *v.egress, outcome.hits );
+      addHits( *machine_, *owners_, *v.egressUnit, *v.egress, outcome.hits );
    }
    return outcome;
 }

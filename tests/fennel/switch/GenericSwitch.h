@@ -17,6 +17,7 @@
 
 #include "fennel/Evaluator.h"
 #include "fennel/GenericAclSm.h"
+#include "fennel/HalyardView.h"
 #include "fennel/Packet.h"
 #include "sim/chip/Packet.h"
 #include "tests/support/AgentSwitch.h"
@@ -58,6 +59,9 @@ class GenericSwitch {
 
    void bind( Acl::AclType type, const std::string& name, Pylon::IntfId intf,
               Acl::AclDirection direction );
+   // The machine's passes, through which the test must go: the hardware changes.
+   Fennel::PassSummary runPass();
+   U32 settle();
 
    // Pushes the packet through the switch; the verdict and the hit of each ACL.
    HardwareOutcome inject( const Fennel::Packet& packet );
@@ -69,6 +73,8 @@ class GenericSwitch {
    GenericMachineRegistration registration_;
    HalyardTest::AgentSwitch agent_;
    Fennel::GenericAclSm::Ptr machine_;
+   // The entries' owners as of the last pass: one walk of the records, not one per packet.
+   std::unique_ptr<Fennel::EntryOwners> owners_;
 };
 
 // The chip's packet for an operator's packet (the tool has its own; the tests of this layer

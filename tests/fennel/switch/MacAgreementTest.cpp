@@ -39,7 +39,7 @@ void agreeOnRandomMacAcls( GenericSwitch& sw, const Wiring& w, U32 seed, U32 pac
    sw.bind( AclType::mac, "out-a", w.unit0[2], AclDirection::out );
    sw.bind( AclType::mac, "out-a", w.unit1[2], AclDirection::out );
 
-   const Fennel::PassSummary summary = sw.machine().runPass();
+   const Fennel::PassSummary summary = sw.runPass();
    ASSERT_EQ( 3u, summary.committed.size() );
    for ( const auto& [key, acl] : sw.machine().acls() ) {
       EXPECT_EQ( Fennel::aclCreateSuccess, acl.error ) << key << ": " << acl.errorText;
