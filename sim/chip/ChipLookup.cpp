@@ -162,36 +162,53 @@ bool termsMatch( const LookupSlot& s, const std::vector<MatchTerm>& terms, const
 
 }  // namespace
 
-// The first entry of the group that matches, as an index into its slots.
-std::optional<std::size_t> ChipModel::firstMatch( const GroupRecord& g, StageContext& ctx ) const {
+// The first entry of the group that matches, walking its entries in lookup order.
+EntryRecord* ChipModel::scanFirstMatch( GroupRecord& g, StageContext& ctx ) {
+   if ( g.tableDirty ) {
+      rebuildTable( g );
+   }
    for ( std::size_t i = 0; i < g.slots.size(); ++i ) {
       const LookupSlot& s = g.slots[i];
       if ( termsMatch( s, g.terms, ctx.key ) &&
            ( s.plain ||
              extrasMatch( *g.slotEntries[i]->image, ctx.packet, ctx.rangeHolds, ctx.udf ) ) ) {
-         return i;
+         return g.slotEntries[i];
       }
    }
-   return std::nullopt;
+   return nullptr;
+}
+
+EntryRecord* ChipModel::firstMatch( GroupRecord& g, StageContext& ctx ) {
+   if ( config_.lookup == LookupMethod::Scan ) {
+      return scanFirstMatch( g, ctx );
+   }
+   return g.index.firstMatch(
+       IndexProbe{ ctx.key, ctx.rangeHolds, ctx.packet.ingressPort, ctx.udf } );
 }
 
 void ChipModel::runStage( Stage s, StageContext& ctx, Verdict& out,
                           std::optional<U32> egressPort ) {
+   const auto& groups = stageGroups_[static_cast<std::size_t>( s )];
+   if ( groups.empty() ) {
+      return;
+   }
    StageResult result;
-   for ( GroupRecord* g : stageGroups_[static_cast<std::size_t>( s )] ) {
-      if ( g->tableDirty ) {
-         rebuildTable( *g );
-      }
-      const auto slot = firstMatch( *g, ctx );
-      if ( !slot ) {
+   bool anyHit = false;
+   for ( GroupRecord* g : groups ) {
+      EntryRecord* found = firstMatch( *g, ctx );
+      if ( !found ) {
          continue;
       }
-      EntryRecord& hit = *g->slotEntries[*slot];
+      EntryRecord& hit = *found;
       ++hit.hits;
       out.hits.push_back( StageHit{ s, g->id, hit.id, egressPort } );
       merge( result, hit.image->actions );
+      anyHit = true;
    }
-   apply( result, out, egressPort );
+   // A stage without a hit changes nothing.
+   if ( anyHit ) {
+      apply( result, out, egressPort );
+   }
 }
 
 Verdict ChipModel::lookup( const Packet& p ) {

@@ -41,8 +41,20 @@ void ChipModel::softwareChanged( EntryRecord& e ) {
    e.pending = true;
 }
 
-void ChipModel::groupChanged( const EntryRecord& e ) {
-   groups_.at( e.group )->tableDirty = true;
+void ChipModel::hardwareChanged( EntryRecord& e ) {
+   GroupRecord& g = *groups_.at( e.group );
+   g.tableDirty = true;
+   if ( config_.lookup == LookupMethod::Indexed ) {
+      g.index.entryIs( e );
+   }
+}
+
+void ChipModel::orderChanged( const EntryRecord& e ) {
+   GroupRecord& g = *groups_.at( e.group );
+   g.tableDirty = true;
+   if ( config_.lookup == LookupMethod::Indexed ) {
+      g.index.orderIs( e );
+   }
 }
 
 Status ChipModel::groupCreate( GroupId id, Stage stage, S32 priority ) {
@@ -144,6 +156,7 @@ Status ChipModel::entryDestroy( EntryId id ) {
    GroupRecord* g = findGroup( e->group );
    g->members.erase( std::find( g->members.begin(), g->members.end(), e ) );
    g->tableDirty = true;
+   g->index.entryDel( id );
    entries_.erase( id );
    return Status::Ok;
 }
@@ -187,7 +200,7 @@ Status ChipModel::entryPriorityIs( EntryId id, U32 priority ) {
       return Status::Param;
    }
    e->priority = priority;
-   groupChanged( *e );
+   orderChanged( *e );
    return Status::Ok;
 }
 
@@ -202,7 +215,7 @@ Status ChipModel::entryOrdinalIs( EntryId id, U64 ordinal ) {
       return Status::NotFound;
    }
    e->ordinal = ordinal;
-   groupChanged( *e );
+   orderChanged( *e );
    return Status::Ok;
 }
 
@@ -220,7 +233,7 @@ Status ChipModel::entryInstall( EntryId id ) {
    e->installed = true;
    e->enabled = true;
    e->pending = false;
-   groupChanged( *e );
+   hardwareChanged( *e );
    return Status::Ok;
 }
 
@@ -235,7 +248,7 @@ Status ChipModel::entryRemove( EntryId id ) {
    e->image.reset();
    e->installed = false;
    e->enabled = false;
-   groupChanged( *e );
+   hardwareChanged( *e );
    return Status::Ok;
 }
 
@@ -248,7 +261,7 @@ Status ChipModel::entryEnableIs( EntryId id, bool enable ) {
       return Status::NotInstalled;
    }
    e->enabled = enable;
-   groupChanged( *e );
+   hardwareChanged( *e );
    return Status::Ok;
 }
 

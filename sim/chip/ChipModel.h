@@ -56,11 +56,17 @@ namespace Sim {
 struct EntryRecord;
 struct ActionValue;
 
+// How a group finds the entry that hits a packet. Both give the same answer; the scan is the
+// plain walk of the group's entries in lookup order, kept as the reference that the index is
+// checked against.
+enum class LookupMethod : U8 { Indexed, Scan };
+
 struct ChipConfig {
    U32 portCount = 64;
    S32 moduleId = 0;
    U32 rangeCheckers = 32;  // 24 to 32 on most chips, 64 on Tomahawk3-class ones
    U32 udfChunks = 16;
+   LookupMethod lookup = LookupMethod::Indexed;
 };
 
 struct GroupInfo {
@@ -183,15 +189,18 @@ class ChipModel {
    EntryRecord* find( EntryId id );
    const EntryRecord* find( EntryId id ) const;
    GroupRecord* findGroup( GroupId id );
-   // The entry changed in a way the lookup of its group must see at once.
-   void groupChanged( const EntryRecord& e );
+   // The entry changed in a way the lookup of its group must see at once: its hardware face
+   // or its state (install, remove, enable), or only its place in the order.
+   void hardwareChanged( EntryRecord& e );
+   void orderChanged( const EntryRecord& e );
    void softwareChanged( EntryRecord& e );
    void sortStage( Stage s );
    void releaseReferences( EntryRecord& e );
    Status addAction( EntryId id, ActionId a, const ActionValue& v );
 
    void rebuildTable( GroupRecord& g );
-   std::optional<std::size_t> firstMatch( const GroupRecord& g, StageContext& ctx ) const;
+   EntryRecord* scanFirstMatch( GroupRecord& g, StageContext& ctx );
+   EntryRecord* firstMatch( GroupRecord& g, StageContext& ctx );
    void runStage( Stage s, StageContext& ctx, Verdict& out, std::optional<U32> egressPort );
 
    ChipConfig config_;

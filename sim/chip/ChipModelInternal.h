@@ -5,6 +5,7 @@
 
 #include "sim/chip/ChipModel.h"
 #include "sim/chip/EntryRecord.h"
+#include "sim/chip/GroupIndex.h"
 
 namespace Sim {
 
@@ -26,7 +27,11 @@ struct ChipModel::GroupRecord {
    S32 priority = 0;
    std::vector<EntryRecord*> members;  // unordered
 
-   // Rebuilt before the next lookup whenever an entry of the group changes in hardware.
+   // The index, kept up to date at every change, when the chip looks up by index.
+   GroupIndex index;
+
+   // The scan's table, rebuilt before the next scan whenever an entry of the group changes in
+   // hardware.
    bool tableDirty = true;
    std::vector<LookupSlot> slots;
    std::vector<EntryRecord*> slotEntries;  // by slot index

@@ -9,6 +9,7 @@
 //   3. The use count is kept by the chip model as entries attach and let go.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -110,6 +111,32 @@ class RangeCheckers : public IdPool<RangeChecker> {
  public:
    static constexpr U32 kMaxCapacity = 64;
    explicit RangeCheckers( U32 capacity );
+
+   // As IdPool's, and they keep the list that holds() walks.
+   std::optional<U32> create( const RangeChecker& def );
+   Status createWithId( U32 id, const RangeChecker& def );
+   Status destroy( U32 id );
+
+   // One bit per checker (id - 1) that holds for a packet whose compared values are these,
+   // by RangeType: source port, destination port, IP length.
+   U64 holds( const std::array<U64, 3>& values ) const {
+      U64 bits = 0;
+      for ( const Live& c : live_ ) {
+         // min <= v <= max in one unsigned compare: v - min wraps round when v < min.
+         bits |= U64( values[c.type] - c.min <= c.span ) << c.bit;
+      }
+      return bits;
+   }
+
+ private:
+   struct Live {
+      U64 min;
+      U64 span;  // max - min
+      U8 bit;
+      U8 type;
+   };
+   void liveRebuild();
+   std::vector<Live> live_;
 };
 
 class UdfChunks : public IdPool<UdfChunk> {

@@ -147,60 +147,51 @@ void egressKeyIs( Key& key, const Packet& p, const ChipView& chip, U32 egressPor
 }
 
 U64 rangeHolds( const Packet& p, const Key& key, const RangeCheckers& checkers ) {
-   U64 holds = 0;
-   checkers.forEach( [&]( U32 id, const RangeChecker& c ) {
-      U64 v = 0;
-      switch ( c.type ) {
-         case RangeType::SrcPort:
-            v = key.get( KeyField::L4SrcPort );
-            break;
-         case RangeType::DstPort:
-            v = key.get( KeyField::L4DstPort );
-            break;
-         case RangeType::IpLength:
-            v = p.isIp() ? p.ipLength() : 0;
-            break;
-      }
-      if ( v >= c.min && v <= c.max ) {
-         holds |= U64{ 1 } << ( id - 1 );
-      }
-   } );
-   return holds;
+   return checkers.holds( { key.get( KeyField::L4SrcPort ), key.get( KeyField::L4DstPort ),
+                            p.isIp() ? p.ipLength() : U64{ 0 } } );
 }
 
-bool UdfReader::matches( const UdfTerm& t ) {
+void UdfReader::build() {
+   length_ = packet_.wireImage( frame_, offsets_ );
+   built_ = true;
+}
+
+U32 UdfReader::byteAt( UdfBase base, U32 offset ) {
    if ( !built_ ) {
-      length_ = packet_.wireImage( frame_, offsets_ );
-      built_ = true;
+      build();
    }
-   std::optional<std::size_t> base;
-   switch ( t.chunk.base ) {
+   std::optional<std::size_t> start;
+   switch ( base ) {
       case UdfBase::L2Header:
-         base = 0;
+         start = 0;
          break;
       case UdfBase::L3Header:
-         base = offsets_.l3;
+         start = offsets_.l3;
          break;
       case UdfBase::L4Header:
-         base = offsets_.l4;
+         start = offsets_.l4;
          break;
       case UdfBase::L4Payload:
-         base = offsets_.l4Payload;
+         start = offsets_.l4Payload;
          break;
    }
+   if ( !start ) {
+      return kNoByte;
+   }
+   const std::size_t at = *start + offset;
+   return at < length_ ? frame_[at] : 0;
+}
+
+// A chunk whose base header the packet lacks extracts nothing, and any masked byte of it
+// fails; bytes beyond the packet's end are zero.
+bool UdfReader::matches( const UdfTerm& t ) {
    for ( U8 i = 0; i < t.value.length; ++i ) {
       const U8 m = t.value.mask[i];
       if ( !m ) {
          continue;
       }
-      // A chunk whose base header the packet lacks extracts nothing, and any masked byte of
-      // it fails; bytes beyond the packet's end are zero.
-      if ( !base ) {
-         return false;
-      }
-      const std::size_t at = *base + t.chunk.offset + i;
-      const U8 byte = at < length_ ? frame_[at] : 0;
-      if ( ( byte & m ) != ( t.value.data[i] & m ) ) {
+      const U32 byte = byteAt( t.chunk.base, U32( t.chunk.offset ) + i );
+      if ( byte == kNoByte || ( byte & m ) != ( t.value.data[i] & m ) ) {
          return false;
       }
    }

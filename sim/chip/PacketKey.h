@@ -37,11 +37,17 @@ class UdfReader {
  public:
    explicit UdfReader( const Packet& p ) : packet_( p ) {}
    bool matches( const UdfTerm& t );
+   // The byte `offset` bytes after the start of `base`: 0 past the packet's end, kNoByte
+   // where the packet lacks the base header (a chunk then extracts nothing).
+   static constexpr U32 kNoByte = 256;
+   U32 byteAt( UdfBase base, U32 offset );
 
  private:
    // Enough for the deepest base (after IPv6, its extension header and TCP) plus the largest
    // offset and length; bytes past the packet's end read as zero.
    static constexpr std::size_t kFrameBytes = 512;
+   void build();
+
    const Packet& packet_;
    bool built_ = false;
    std::size_t length_ = 0;

@@ -21,26 +21,12 @@ Status ChipPorts::portClassIs( U32 port, PortClassKind kind, U32 cls ) {
    return Status::Ok;
 }
 
-std::optional<U32> ChipPorts::portClass( U32 port, PortClassKind kind ) const {
-   if ( !valid( port ) ) {
-      return std::nullopt;
-   }
-   return ports_[port].classes[static_cast<std::size_t>( kind )];
-}
-
 Status ChipPorts::stpStateIs( U32 port, StpState state ) {
    if ( !valid( port ) ) {
       return Status::NotFound;
    }
    ports_[port].stp = state;
    return Status::Ok;
-}
-
-std::optional<StpState> ChipPorts::stpState( U32 port ) const {
-   if ( !valid( port ) ) {
-      return std::nullopt;
-   }
-   return ports_[port].stp;
 }
 
 Status ChipPorts::portTableFieldIs( U32 port, U32 table, U32 field, U32 value ) {
@@ -136,27 +122,6 @@ Status ChipVlans::egressL3ClassIs( U32 vlan, U32 cls ) {
    }
    vlans_[vlan].egressL3Class = cls;
    return Status::Ok;
-}
-
-std::optional<U32> ChipVlans::l2Class( U32 vlan ) const {
-   if ( vlan >= kVlanCount ) {
-      return std::nullopt;
-   }
-   return vlans_[vlan].l2Class;
-}
-
-std::optional<U32> ChipVlans::l3Class( U32 vlan ) const {
-   if ( vlan >= kVlanCount ) {
-      return std::nullopt;
-   }
-   return vlans_[vlan].l3Class;
-}
-
-std::optional<U32> ChipVlans::egressL3Class( U32 vlan ) const {
-   if ( vlan >= kVlanCount ) {
-      return std::nullopt;
-   }
-   return vlans_[vlan].egressL3Class;
 }
 
 }  // namespace Sim

@@ -34,10 +34,15 @@ class ChipPorts {
    const PortBitmap& allPorts() const { return allPorts_; }
 
    Status portClassIs( U32 port, PortClassKind kind, U32 cls );
-   std::optional<U32> portClass( U32 port, PortClassKind kind ) const;
+   std::optional<U32> portClass( U32 port, PortClassKind kind ) const {
+      return valid( port ) ? std::optional<U32>( ports_[port].classes[std::size_t( kind )] )
+                           : std::nullopt;
+   }
 
    Status stpStateIs( U32 port, StpState state );
-   std::optional<StpState> stpState( U32 port ) const;
+   std::optional<StpState> stpState( U32 port ) const {
+      return valid( port ) ? std::optional<StpState>( ports_[port].stp ) : std::nullopt;
+   }
 
    // One field of the port's row in a chip table, named by the caller's table and field ids.
    Status portTableFieldIs( U32 port, U32 table, U32 field, U32 value );
@@ -77,9 +82,15 @@ class ChipVlans {
    Status l2ClassIs( U32 vlan, U32 cls );
    Status l3ClassIs( U32 vlan, U32 cls );
    Status egressL3ClassIs( U32 vlan, U32 cls );
-   std::optional<U32> l2Class( U32 vlan ) const;
-   std::optional<U32> l3Class( U32 vlan ) const;
-   std::optional<U32> egressL3Class( U32 vlan ) const;
+   std::optional<U32> l2Class( U32 vlan ) const {
+      return vlan < kVlanCount ? std::optional<U32>( vlans_[vlan].l2Class ) : std::nullopt;
+   }
+   std::optional<U32> l3Class( U32 vlan ) const {
+      return vlan < kVlanCount ? std::optional<U32>( vlans_[vlan].l3Class ) : std::nullopt;
+   }
+   std::optional<U32> egressL3Class( U32 vlan ) const {
+      return vlan < kVlanCount ? std::optional<U32>( vlans_[vlan].egressL3Class ) : std::nullopt;
+   }
 
  private:
    struct Vlan {
