@@ -5,6 +5,7 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 #include "cli/config/ConfigText.h"
 #include "cli/config/ConfigWords.h"
@@ -82,6 +83,7 @@ class Reader {
    Pylon::IntfId intf_;
    std::map<std::pair<Acl::AclType, std::string>, ListState> lists_;
    std::vector<Binding> bindings_;
+   std::map<std::tuple<Acl::AclType, Acl::AclDirection, Pylon::IntfId>, U32> bindingLines_;
    std::map<std::string, U32> hardwareLines_;
 };
 
@@ -260,14 +262,13 @@ void Reader::readAccessGroup( WordCursor& words, Acl::AclType type ) {
    }
    words.expectEnd( "the end of the line after the direction" );
    const Acl::AclDirection dir = direction == "in" ? Acl::AclDirection::in : Acl::AclDirection::out;
-   for ( const Binding& b : bindings_ ) {
-      if ( b.type == type && b.direction == dir && b.intf == intf_ ) {
-         fail( "interface " + Pylon::valueToStrep( intf_ ) + " has " +
-               ( type == Acl::AclType::mac ? "a " : "an " ) + typeWord( type ) + " access-group " +
-               std::string( direction ) +
-               " already: expected one per type and direction (first at line " +
-               std::to_string( b.line ) + ")" );
-      }
+   const auto [first, added] = bindingLines_.try_emplace( { type, dir, intf_ }, lineNo_ );
+   if ( !added ) {
+      fail( "interface " + Pylon::valueToStrep( intf_ ) + " has " +
+            ( type == Acl::AclType::mac ? "a " : "an " ) + typeWord( type ) + " access-group " +
+            std::string( direction ) +
+            " already: expected one per type and direction (first at line " +
+            std::to_string( first->second ) + ")" );
    }
    bindings_.push_back( { type, dir, intf_, name, lineNo_ } );
 }
