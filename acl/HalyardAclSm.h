@@ -33,9 +33,9 @@
 //  3. The keyed creators (vfpAclTypeForUnitIs, halyardIntfClassDataIs, ingressRaclDataIs,
 //     halyardAclDataIs, halyardAclTypeDirectionFeatureSmIs) return the standing member.
 //
-// Not written yet, and failing loudly: every operation whose behaviour belongs to the rule,
-// lifecycle, binding, port-mask, blocking, verification, show, counter, shared router ACL and
-// TCAM exhaustion code stops the process with "AclHelper::<operation> is not available yet"
+// Not written yet, and failing loudly: every operation whose behaviour belongs to the
+// teardown, binding, port-mask, blocking, verification, show, counter and shared router ACL
+// code stops the process with "AclHelper::<operation> is not available yet"
 // (HalyardAclSmPending.cpp). IngressRaclData, SharedRaclMgmtSm and VlanBlockedSm are only
 // wired: they hold what they are built with and react to nothing yet.
 //
@@ -44,7 +44,9 @@
 // HalyardAclSmBringup.cpp and HalyardAclSmMgmtEntries.cpp (hwInit and the hidden entries),
 // HalyardAclSmPorts.cpp (port classes, port tables), HalyardAclSmSharing.cpp (whether router ACLs
 // are shared), HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
-// HalyardAclSmPending.cpp (operations not written yet).
+// HalyardAclSmIpRules.cpp, HalyardAclSmClosingRules.cpp and HalyardAclSmUdf.cpp (IP subrules,
+// fragment and closing rules, payload fields), HalyardAclSmExhaustion.cpp (the deferred update
+// when TCAM frees up), HalyardAclSmPending.cpp (operations not written yet).
 //
 // Threads: the agent's activity thread, with the activity lock held; SDK calls give it up for
 // their length, so reactors may run between two SDK calls of one operation.
@@ -437,8 +439,10 @@ class AclHelper : public FennelHelper::AclHelper {
                                                  HalyardAclFeature feature );
    void clearUrpfHalyardAclTypeDirectionFeatureSm( Acl::AclType type, Acl::AclDirection direction,
                                                    HalyardAclFeature feature );
-   // A TCAM manager of a state machine changed between full and not full on the unit. Not
-   // written yet: it stops the process.
+   // A state machine with room on the unit heard one of its TCAM managers, or the unit's
+   // range checkers, change between full and not full: when an ACL waits on the unit (the
+   // unit is dirty), the generic layer is asked for a deferred update pass
+   // (HalyardAclSmExhaustion.cpp).
    void handleTcamExhaustion( U32 unit );
 
    // The ACL records by key.
