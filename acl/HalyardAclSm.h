@@ -33,20 +33,22 @@
 //  3. The keyed creators (vfpAclTypeForUnitIs, halyardIntfClassDataIs, ingressRaclDataIs,
 //     halyardAclDataIs, halyardAclTypeDirectionFeatureSmIs) return the standing member.
 //
-// Not written yet, and failing loudly: every operation whose behaviour belongs to the
-// teardown, binding, port-mask, blocking, verification, show, counter and shared router ACL
-// code stops the process with "AclHelper::<operation> is not available yet"
+// Not written yet, and failing loudly: the operations of binding, port masks, blocking,
+// teardown, verification, show, counters, router ACL scope and shared router ACLs stop the
+// process with "AclHelper::<operation> is not available yet"
 // (HalyardAclSmPending.cpp). IngressRaclData, SharedRaclMgmtSm and VlanBlockedSm are only
 // wired: they hold what they are built with and react to nothing yet.
 //
 // Sources, one concern each: HalyardAclSmLifecycle.cpp (construction, destruction, factory,
 // the dirty flag), HalyardAclSmRecords.cpp (the owned collections and objects),
 // HalyardAclSmBringup.cpp and HalyardAclSmMgmtEntries.cpp (hwInit and the hidden entries),
-// HalyardAclSmPorts.cpp (port classes, port tables), HalyardAclSmSharing.cpp (whether router ACLs
-// are shared), HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
-// HalyardAclSmIpRules.cpp, HalyardAclSmClosingRules.cpp and HalyardAclSmUdf.cpp (IP subrules,
-// fragment and closing rules, payload fields), HalyardAclSmExhaustion.cpp (the deferred update
-// when TCAM frees up), HalyardAclSmPending.cpp (operations not written yet).
+// HalyardAclSmPrecreate.cpp (the plan of a pass: VFP, classes, port claims),
+// HalyardAclSmEntries.cpp (the entries of any rule), HalyardAclSmMacRules.cpp,
+// HalyardAclSmIpRules.cpp, HalyardAclSmClosingRules.cpp and HalyardAclSmUdf.cpp (rules by kind),
+// HalyardAclSmCommit.cpp (compression, commit, enable), HalyardAclSmPorts.cpp (port classes,
+// port tables), HalyardAclSmSharing.cpp (whether router ACLs are shared),
+// HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
+// HalyardAclSmPending.cpp (operations not written yet).
 //
 // Threads: the agent's activity thread, with the activity lock held; SDK calls give it up for
 // their length, so reactors may run between two SDK calls of one operation.
