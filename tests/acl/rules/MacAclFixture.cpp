@@ -33,6 +33,12 @@ bool termMatches( const std::optional<HalyardTest::MacTerm>& term, const Sim::Ma
 
 }  // namespace
 
+Sim::Packet macPacket( const Pylon::EthAddr& src, const Pylon::EthAddr& dst, U16 etherType ) {
+   Sim::Packet p = Sim::Packet::ethernet( etherType );
+   p.srcMacIs( HalyardTest::simMac( src ) ).dstMacIs( HalyardTest::simMac( dst ) );
+   return p;
+}
+
 std::optional<size_t> firstMatch( const std::vector<MacRuleSpec>& rules, const Sim::Packet& p ) {
    for ( size_t i = 0; i < rules.size(); ++i ) {
       const MacRuleSpec& r = rules[i];
@@ -68,12 +74,19 @@ Halyard::AclCommonUnitData::Ptr MacAclFixture::common( const Fennel::AclData::Pt
    return u ? u->common() : nullptr;
 }
 
+std::vector<Acl::RuleConfig> rulesOf( const std::vector<MacRuleSpec>& specs ) {
+   std::vector<Acl::RuleConfig> rules;
+   for ( const MacRuleSpec& spec : specs ) {
+      rules.push_back( HalyardTest::macRule( spec ) );
+   }
+   return rules;
+}
+
 Fennel::AclCreateError MacAclFixture::rulesCreated( const Fennel::AclData::Ptr& acl,
-                                                    const std::vector<MacRuleSpec>& rules ) {
+                                                    const std::vector<Acl::RuleConfig>& rules ) {
    Fennel::AclCreateError result = Fennel::aclCreateSuccess;
    U32 ruleNum = 0;
-   for ( const MacRuleSpec& spec : rules ) {
-      const Acl::RuleConfig rule = HalyardTest::macRule( spec );
+   for ( const Acl::RuleConfig& rule : rules ) {
       const auto rc = helper().createMacAclRule( rule, rule.uniqueId(), acl, ruleNum++ );
       if ( rc != Fennel::aclCreateSuccess ) {
          result = rc;
@@ -84,7 +97,7 @@ Fennel::AclCreateError MacAclFixture::rulesCreated( const Fennel::AclData::Ptr& 
 }
 
 Fennel::AclCreateError MacAclFixture::applied( const Fennel::AclData::Ptr& acl,
-                                               const std::vector<MacRuleSpec>& rules ) {
+                                               const std::vector<Acl::RuleConfig>& rules ) {
    precreate( acl );
    const Fennel::AclCreateError rc = rulesCreated( acl, rules );
    helper().prepareToCommit();
@@ -106,6 +119,21 @@ std::vector<U32> MacAclFixture::ruleEntries( const Fennel::AclData::Ptr& acl, U3
       }
    }
    return entries;
+}
+
+std::optional<U32> MacAclFixture::ruleHit( const Fennel::AclData::Ptr& acl, U32 unit,
+                                           const Sim::Verdict& v, std::optional<U32> egressPort ) {
+   const Halyard::AclCommonUnitData::Ptr c = common( acl, unit );
+   for ( const auto& rule : c->aclRule() ) {
+      for ( const U32 entry : ruleEntries( acl, unit, rule.ruleNum() ) ) {
+         const Sim::GroupId group = sw().chip( unit ).entryGroup( entry ).value_or( 0 );
+         const auto hit = egressPort ? v.hitIn( group, *egressPort ) : v.hitIn( group );
+         if ( hit == entry ) {
+            return rule.ruleNum();
+         }
+      }
+   }
+   return std::nullopt;
 }
 
 }  // namespace AclRulesTest

@@ -36,6 +36,12 @@ HalyardTest::AgentOptions groupsSized( std::string_view kind,
                                        const std::vector<Halyard::TcamGroupAssignment>& assignments,
                                        U32 capacity );
 
+// A packet of the EtherType between the two addresses.
+Sim::Packet macPacket( const Pylon::EthAddr& src, const Pylon::EthAddr& dst, U16 etherType );
+
+// The rules of the specs, each with an id of its own.
+std::vector<Acl::RuleConfig> rulesOf( const std::vector<MacRuleSpec>& specs );
+
 // The rule a packet meets first in `rules`, as a MAC ACL means it; nullopt: none (the closing
 // deny).
 std::optional<size_t> firstMatch( const std::vector<MacRuleSpec>& rules, const Sim::Packet& p );
@@ -56,15 +62,21 @@ class MacAclFixture : public ::testing::Test {
 
    void precreate( const Fennel::AclData::Ptr& acl ) { helper().precreateAcl( acl, nullptr ); }
    // The rules in rule order, numbered from 0, then the closing rule; the last failure of a
-   // rule, as the generic layer sees it.
+   // rule, as the generic layer sees it. A rule keeps its id from pass to pass, as in the
+   // configuration.
    Fennel::AclCreateError rulesCreated( const Fennel::AclData::Ptr& acl,
-                                        const std::vector<MacRuleSpec>& rules );
+                                        const std::vector<Acl::RuleConfig>& rules );
    // A whole pass: precreate, rules, prepareToCommit, commit.
    Fennel::AclCreateError applied( const Fennel::AclData::Ptr& acl,
-                                   const std::vector<MacRuleSpec>& rules );
+                                   const std::vector<Acl::RuleConfig>& rules );
 
    // The entries of rule `ruleNum` of the ACL on the unit.
    std::vector<U32> ruleEntries( const Fennel::AclData::Ptr& acl, U32 unit, U32 ruleNum );
+
+   // The rule of the ACL on the unit whose entry a group hit in `v` (for `egressPort` in EFP);
+   // nullopt when no entry of the ACL was hit.
+   std::optional<U32> ruleHit( const Fennel::AclData::Ptr& acl, U32 unit, const Sim::Verdict& v,
+                               std::optional<U32> egressPort = std::nullopt );
 
    Vesper::ActivityLockGuard activity_;
    HalyardTest::CleanProcessState clean_;
