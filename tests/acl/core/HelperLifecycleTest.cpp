@@ -104,24 +104,6 @@ TEST( HelperConstruction, EmptyChipMapGivesNoPerUnitRecordsButTheWiredObjects ) 
    EXPECT_TRUE( helper->initialized() );
 }
 
-TEST_F( HelperLifecycleTest, ParametersAndFixedAnswersStandAsGiven ) {
-   const AclHelper::Ptr helper = sw_.makeHelper( true );
-   EXPECT_EQ( helper->fwkType().name(), "Halyard::AclHelper" );
-   EXPECT_EQ( helper->hcsd(), sw_.sim().hcsd() );
-   EXPECT_EQ( helper->tcamGroupManager(), sw_.groupManager() );
-   EXPECT_EQ( helper->status(), sw_.sim().statusDp() );
-   EXPECT_EQ( helper->halyardSliceAgentStatus(), sw_.sim().l3SliceAgentStatus() );
-   EXPECT_TRUE( helper->hasFabric() );
-   EXPECT_EQ( helper->aclIntfClassMask(), 0xFF );
-   EXPECT_FALSE( helper->installEntries() );
-   EXPECT_FALSE( helper->ipAclEntryManager() ) << "managers wait for bring-up";
-   EXPECT_TRUE( helper->useUnsharedRaclsForSubIntf() );
-
-   EXPECT_FALSE( helper->isVfiForwarding() );
-   sw_.sim().hcsd()->vfiForwardingIs( true );
-   EXPECT_TRUE( helper->isVfiForwarding() ) << "read from the common data on every call";
-}
-
 TEST_F( HelperLifecycleTest, KeyedCreatorsReturnTheStandingMember ) {
    const AclHelper::Ptr helper = sw_.makeHelper();
    const VfpAclTypeForPort::Ptr vfp = helper->vfpAclTypeForUnit( 0 );
@@ -152,17 +134,6 @@ TEST_F( HelperLifecycleTest, KeyedCreatorsReturnTheStandingMember ) {
        helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), sw_.sim().vlanTopoBlockedStatus() ),
        blocked );
    EXPECT_NE( helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), nullptr ), blocked );
-}
-
-TEST_F( HelperLifecycleTest, MirroringManagerOfNullIsRemoved ) {
-   const AclHelper::Ptr helper = sw_.makeHelper();
-   const auto manager = sw_.manager( tcamGroupMirroringAcl2 );
-   helper->mirroringAclEntryManagerIs( aclFeatureMirroring2, manager );
-   EXPECT_EQ( helper->mirroringAclEntryManager( aclFeatureMirroring2 ), manager );
-   EXPECT_FALSE( helper->mirroringAclEntryManager( aclFeatureMirroring1 ) );
-   helper->mirroringAclEntryManagerIs( aclFeatureMirroring2, nullptr );
-   EXPECT_FALSE( helper->mirroringAclEntryManagerHas( aclFeatureMirroring2 ) );
-   EXPECT_TRUE( helper->mirroringAclEntryManager().empty() );
 }
 
 TEST_F( HelperLifecycleTest, StateMachineMadeAgainWithOtherManagersNamesTheParameter ) {

@@ -37,19 +37,6 @@ class RuleRecordsTest : public ::testing::Test {
        aclCommonUnitDataFactory( 0, Acl::ip_, sw_.sim().hcsd(), sw_.groupManager() );
 };
 
-TEST_F( RuleRecordsTest, NewProgrammerHasItsDefaults ) {
-   EXPECT_TRUE( common_->hasNotificationActive() );
-   EXPECT_EQ( common_->tcamGroupManager(), sw_.groupManager() );
-   EXPECT_FALSE( common_->dirty() );
-   EXPECT_FALSE( common_->installed() );
-   EXPECT_TRUE( common_->canUseVfp() );
-   EXPECT_FALSE( common_->canUseStd() );
-   EXPECT_FALSE( common_->useIpv6High() );
-   EXPECT_FALSE( common_->useVni() );
-   EXPECT_TRUE( common_->aclRule().empty() );
-   EXPECT_TRUE( common_->aclRuleData().empty() );
-}
-
 TEST_F( RuleRecordsTest, RuleMadeAgainWithSameValuesIsTheSameRecord ) {
    const AclRuleData::Ptr rule = common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false );
    EXPECT_EQ( common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false ), rule );
@@ -133,59 +120,6 @@ TEST_F( RuleRecordsDeathTest, CrossCheckStopsOnAnIdWhoseRuleLeftTheNumberIndex )
    common_->aclRuleDel( 1 );
    EXPECT_DEATH( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ),
                  "Assertion `!found' failed" );
-}
-
-TEST_F( RuleRecordsTest, EntryListsAreMadeOnDemandAndLookedUpPlainly ) {
-   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
-   EXPECT_FALSE( rule->entryList( 0 ) );
-   const AclEntryList::Ptr list = rule->entryListIs( 0 );
-   EXPECT_EQ( rule->entryListIs( 0 ), list );
-   EXPECT_EQ( list->subRuleNum(), 0u );
-   list->entryIs( 40 );
-   list->entryIs( 41 );
-   list->entryIs( 40 );
-   EXPECT_EQ( list->entryCount(), 2u );
-   EXPECT_TRUE( list->entryDel( 40 ) );
-   EXPECT_FALSE( list->entryDel( 40 ) );
-   EXPECT_FALSE( rule->portUpdateEntryList( 0 ) ) << "the two maps are apart";
-   EXPECT_NE( rule->portUpdateEntryListIs( 0 ), list );
-   EXPECT_EQ( rule->entryListDel( 0 ), list );
-   EXPECT_FALSE( rule->entryList( 0 ) );
-}
-
-TEST_F( RuleRecordsTest, EntryOriginsReadFalseUnlessSet ) {
-   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
-   EXPECT_FALSE( rule->entryFromVfp( 40 ) );
-   rule->entryFromVfpIs( 40, true );
-   rule->entryFromStdIs( 41, false );
-   EXPECT_TRUE( rule->entryFromVfp( 40 ) );
-   EXPECT_FALSE( rule->entryFromStd( 41 ) );
-   EXPECT_FALSE( rule->entryFromVni( 40 ) );
-   rule->entryFromVfpDel( 40 );
-   EXPECT_FALSE( rule->entryFromVfp( 40 ) );
-
-   const RangeCheckerDesc ports( 1024, 65535, rangeCheckerDstPort );
-   EXPECT_FALSE( rule->rangeChecker( ports ) );
-   rule->rangeCheckerIs( ports, 3 );
-   EXPECT_EQ( rule->rangeChecker( ports ), 3u );
-   EXPECT_EQ( rule->rangeCheckerDel( ports ), 3u );
-   EXPECT_TRUE( rule->rangeChecker().empty() );
-
-   EXPECT_EQ( rule->udfDataForRule().udfDataDel( QualIdList() ), UdfData() );
-   EXPECT_EQ( rule->lastReadValue(), 0u );
-}
-
-TEST( CommonRuleData, FactoryGivesAnEmptyResult ) {
-   const CommonRuleData::Ptr data = commonRuleDataFactory();
-   EXPECT_TRUE( data->hasNotificationActive() );
-   EXPECT_EQ( data->entryCount(), 0u );
-   EXPECT_FALSE( data->vfpEntry() );
-   EXPECT_FALSE( data->needed() );
-   EXPECT_FALSE( data->udfError() );
-   data->entryIs( 12 );
-   data->neededIs( true );
-   EXPECT_TRUE( data->entryHas( 12 ) );
-   EXPECT_TRUE( data->needed() );
 }
 
 }  // namespace

@@ -35,20 +35,6 @@ class UnitRecordsTest : public ::testing::Test {
    const AclHelper::Ptr helper_ = sw_.makeHelper();
 };
 
-TEST_F( UnitRecordsTest, NewUnitRecordStartsEmptyAndInitialized ) {
-   const AclUnitData::Ptr data = unitData( Acl::ip_, Acl::in_ );
-   EXPECT_TRUE( data->initialized() );
-   EXPECT_TRUE( data->hasNotificationActive() );
-   EXPECT_EQ( data->aclHelper(), helper_.ptr() );
-   EXPECT_FALSE( data->common() );
-   EXPECT_EQ( data->intfClass(), intfClassInvalid );
-   EXPECT_TRUE( data->dropEntryAclId().isEmpty() );
-   EXPECT_EQ( data->feature(), aclFeatureSecurity );
-   EXPECT_TRUE( data->portMask().isNull() );
-   EXPECT_TRUE( data->subIntfPortMask().isNull() );
-   EXPECT_EQ( data->getPortMask( false ), std::string( 128, '0' ) );
-}
-
 TEST_F( UnitRecordsTest, PortMaskFollowsActivePortsAndAddingTwiceReactsOnce ) {
    Vesper::TraceCapture trace( "Halyard::AclTypes" );
    const AclUnitData::Ptr data = unitData( Acl::ip_, Acl::in_ );
