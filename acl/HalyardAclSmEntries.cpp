@@ -398,8 +398,9 @@ bool EntryCreation::scopeProgrammed( const EntrySource& src, U32 round ) {
           helper_.programUdfData( unit_, src.manager, aclData_, unitData_, rule_, ruleNum_, entry );
       if ( rc != Fennel::aclCreateSuccess ) {
          VTRACE( 1, "Unit: " << unit_ << " UDF programming failed" );
-         result_->entryIs( entry );
          failed( rc );
+         // The one failure whose result names its entry: the caller sees udfError.
+         result_->entryIs( entry );
          result_->udfErrorIs( true );
          return false;
       }
@@ -491,6 +492,9 @@ CommonRuleData::Ptr EntryCreation::failed( Fennel::AclCreateError code ) {
    helper_.dirtyIs( true );
    helper_.publishUnitErrorIs( chipName, true );
    helper_.unitErrorIs( chipName, code );
+   // A caller tells failure by `needed` with no entries; those of earlier rounds stay recorded
+   // in the rule and go with the next pass.
+   result_->entryDelAll();
    result_->vfpEntryIs( false );
    result_->neededIs( true );
    return result_;
