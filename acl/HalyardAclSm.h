@@ -48,7 +48,8 @@
 // HalyardAclSmCommit.cpp (compression, commit, enable), HalyardAclSmPorts.cpp (port classes,
 // port tables), HalyardAclSmSharing.cpp (whether router ACLs are shared),
 // HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
-// HalyardAclSmPending.cpp (operations not written yet).
+// HalyardAclSmExhaustion.cpp (the deferred update when TCAM frees up), HalyardAclSmPending.cpp
+// (operations not written yet).
 //
 // Threads: the agent's activity thread, with the activity lock held; SDK calls give it up for
 // their length, so reactors may run between two SDK calls of one operation.

@@ -70,10 +70,6 @@ void AclHelper::destroyAclEntries( const AclDataPtr&, const HalyardAclData::Ptr&
    HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAclEntries" );
 }
 
-void AclHelper::handleTcamExhaustion( U32 ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "handleTcamExhaustion" );
-}
-
 // ---- Shared router ACLs.
 
 bool AclHelper::sharedAclDataForVlansSupported( const Fennel::AclKey& ) {

@@ -202,7 +202,23 @@ void HalyardAclTypeDirectionFeatureSm::reactorsRegisteredIs( bool registered ) {
    registeredIs( vesperGroupManager_, registered );
 }
 
+// A unit whose every manager of this machine is full has no room for anything that waits;
+// otherwise the helper decides whether something waits there. The VNI manager takes no part,
+// although its notices lead here. The test stops at the first manager with room.
 void HalyardAclTypeDirectionFeatureSm::handleTcamExhaustion( U32 unit ) {
+   VTRACE( 1, "AclHelper::handleTcamExhaustion" );
+   bool allExhausted = entryManager_->exhausted( unit );
+   for ( const EntryManagerPtr* manager :
+         { &vfpEntryManager_, &routerEntryManager_, &stdVfpEntryManager_, &stdEntryManager_,
+           &stdRouterEntryManager_ } ) {
+      if ( !allExhausted ) {
+         break;
+      }
+      allExhausted = !*manager || ( *manager )->exhausted( unit );
+   }
+   if ( allExhausted ) {
+      return;
+   }
    aclHelper_->handleTcamExhaustion( unit );
 }
 

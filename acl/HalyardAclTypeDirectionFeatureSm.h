@@ -130,7 +130,8 @@ class HalyardAclTypeDirectionFeatureSm : public Vesper::PtrInterface {
    void hasNotificationActiveIs( bool active ) override;
 
    // A manager of this machine changed between full and not full on the unit, or the unit's
-   // range checkers did: an ACL waiting on the unit may fit now. Handed to the helper.
+   // range checkers did: an ACL waiting on the unit may fit now. Unless every manager of the
+   // machine (the VNI one aside) is full on the unit, handed to the helper.
    void handleTcamExhaustion( U32 unit );
 
  private:

@@ -71,8 +71,6 @@ const PendingCase pendingCases[] = {
       []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
          h.destroyAclEntries( a, nullptr, aclFeatureSecurity );
       } },
-    { "handleTcamExhaustion",
-      []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.handleTcamExhaustion( 0 ); } },
 };
 
 INSTANTIATE_TEST_SUITE_P( Operations, PendingDeathTest, ::testing::ValuesIn( pendingCases ),
