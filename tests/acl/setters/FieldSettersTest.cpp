@@ -31,9 +31,7 @@ using QualPair = std::pair<U64, U64>;
 
 class FieldSettersTest : public ::testing::TestWithParam<std::string> {
  protected:
-   FieldSettersTest() : unit_( GetParam() ) {
-      entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl );
-   }
+   FieldSettersTest() : unit_( GetParam() ) { entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl ); }
 
    bool has( ChipAttribute a ) const { return unit_.attribute( a ); }
    std::optional<QualPair> qual( QualId q ) {

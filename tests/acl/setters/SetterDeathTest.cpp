@@ -21,9 +21,7 @@ using HalyardCentral::ChipAttribute;
 
 class SetterDeathTest : public ::testing::TestWithParam<std::string> {
  protected:
-   SetterDeathTest() : unit_( GetParam() ) {
-      entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl );
-   }
+   SetterDeathTest() : unit_( GetParam() ) { entry_ = unit_.newEntry( Halyard::tcamGroupIpAcl ); }
 
    bool has( ChipAttribute a ) const { return unit_.attribute( a ); }
    bool nibble() const { return has( ChipAttribute::supportsIfpDstIpClassMsbNibble ); }
