@@ -22,9 +22,11 @@ TEST( ShortOfEntriesOnOneUnit, TheOtherUnitServesTheAclAndItWaitsForTheNextPass 
    GenericSwitch sw;
    sw.machine().start();  // bring-up first: its hidden entries need their room
    // Unit 0's MAC groups are full with entries of nobody's ACL.
+   std::vector<std::pair<Halyard::HalyardUnboundedTcamEntryManager::Ptr, U32>> fillers;
    for ( auto group : { Halyard::tcamGroupMacAclVfp, Halyard::tcamGroupMacAcl } ) {
       const auto manager = sw.agent().manager( group );
-      while ( manager->getEntry( 0, Vesper::String( "filler" ) ) != 0 ) {
+      while ( U32 entry = manager->getEntry( 0, Vesper::String( "filler" ) ) ) {
+         fillers.emplace_back( manager, entry );
       }
    }
    RandomAcls random( 5 );
@@ -60,6 +62,14 @@ TEST( ShortOfEntriesOnOneUnit, TheOtherUnitServesTheAclAndItWaitsForTheNextPass 
       p.in = IntfId::ethernet( 1 );
       EXPECT_TRUE( sw.inject( p ).hits.empty() ) << "packet " << i;
    }
+
+   // Room comes back: the back-end asks for the pass that will put the ACL in.
+   EXPECT_FALSE( helper.needsDeferredUpdate() );
+   for ( const auto& [manager, entry] : fillers ) {
+      manager->releaseEntry( 0, entry );
+   }
+   EXPECT_TRUE( helper.needsDeferredUpdate() );
+   EXPECT_TRUE( sw.machine().passWanted() );
 }
 
 }  // namespace
