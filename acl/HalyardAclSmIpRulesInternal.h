@@ -3,6 +3,8 @@
 // acquisition as a create result.
 #pragma once
 
+#include <optional>
+
 #include "acl/HalyardAclSm.h"
 #include "platform/fennel/AclCreateError.h"
 #include "platform/vesper/String.h"
