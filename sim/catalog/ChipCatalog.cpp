@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <numeric>
 
 namespace Sim {
 
@@ -159,20 +158,10 @@ const std::vector<ChipKind>& catalog() {
 
 }  // namespace
 
-U32 StageSlices::totalNarrow() const {
-   return std::accumulate( narrowEntries.begin(), narrowEntries.end(), U32{ 0 } );
-}
-
-U32 StageSlices::totalWide() const {
-   U32 wide = 0;
-   for ( U32 n : narrowEntries ) {
-      wide += n / 2;
-   }
-   return wide;
-}
-
 ChipConfig ChipKind::chipConfig( S32 moduleId ) const {
-   return ChipConfig{ portCount, moduleId, rangeCheckers, udfChunks };
+   ChipConfig config{ portCount, moduleId, rangeCheckers, udfChunks };
+   config.slices = { vfp, ifp, efp };
+   return config;
 }
 
 std::span<const ChipKind> chipCatalog() {

@@ -32,15 +32,6 @@
 
 namespace Sim {
 
-// The slices of one field-processor stage, each with its count of narrow entries.
-struct StageSlices {
-   std::vector<U32> narrowEntries;  // slice 0 first
-
-   U32 slices() const { return static_cast<U32>( narrowEntries.size() ); }
-   U32 totalNarrow() const;
-   U32 totalWide() const;
-};
-
 // The yes-or-no facts of the SDK's chip probes.
 struct ChipProbes {
    bool groupA = false;

@@ -67,6 +67,10 @@ struct ChipConfig {
    U32 rangeCheckers = 32;  // 24 to 32 on most chips, 64 on Tomahawk3-class ones
    U32 udfChunks = 16;
    LookupMethod lookup = LookupMethod::Indexed;
+   // The TCAM slices of each stage, by Stage. The chip model only keeps them for the TCAM
+   // managers, which share them out among groups; a stage without slices is not divided, and
+   // its groups are bounded by their own capacities alone.
+   std::array<StageSlices, kStageCount> slices{};
 };
 
 struct GroupInfo {

@@ -1,6 +1,20 @@
 #include "sim/chip/ChipTypes.h"
 
+#include <numeric>
+
 namespace Sim {
+
+U32 StageSlices::totalNarrow() const {
+   return std::accumulate( narrowEntries.begin(), narrowEntries.end(), U32{ 0 } );
+}
+
+U32 StageSlices::totalWide() const {
+   U32 wide = 0;
+   for ( U32 n : narrowEntries ) {
+      wide += n / 2;
+   }
+   return wide;
+}
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "platform/vesper/Types.h"
 
@@ -15,7 +16,20 @@ namespace Sim {
 
 // The three field-processor stages, in the order a packet meets them.
 enum class Stage : U8 { Vfp, Ifp, Efp };
+inline constexpr std::size_t kStageCount = 3;
 std::string_view stageName( Stage s );
+
+// The slices of one field-processor stage, each with its count of narrow (single-wide)
+// entries. A slice serves one group at a time; a group of the wide key gets half a slice's
+// narrow entries from each slice it holds.
+struct StageSlices {
+   std::vector<U32> narrowEntries;  // slice 0 first
+
+   U32 slices() const { return static_cast<U32>( narrowEntries.size() ); }
+   U32 totalNarrow() const;
+   U32 totalWide() const;
+   friend bool operator==( const StageSlices&, const StageSlices& ) = default;
+};
 
 using GroupId = U32;
 using EntryId = U32;

@@ -130,12 +130,51 @@ std::vector<IntfId> membersOf( const Tokens& tokens, std::size_t from, std::stri
    return members;
 }
 
+// A stage as the text form names it: "vfp", "ifp", "efp".
+std::string stageWord( std::size_t s ) {
+   std::string name( stageName( static_cast<Stage>( s ) ) );
+   for ( char& c : name ) {
+      c = static_cast<char>( c - 'A' + 'a' );
+   }
+   return name;
+}
+
+// "ifp:4" or "vfp:2,ifp:6,efp:2": slices per stage.
+void slicesOf( std::string_view value, UnitDef& def ) {
+   while ( !value.empty() ) {
+      const std::size_t comma = value.find( ',' );
+      const std::string_view item = value.substr( 0, comma );
+      const std::size_t colon = item.find( ':' );
+      const std::string_view stage = item.substr( 0, colon );
+      std::optional<std::size_t> index;
+      for ( std::size_t s = 0; s < kStageCount; ++s ) {
+         if ( stage == stageWord( s ) ) {
+            index = s;
+         }
+      }
+      if ( colon == std::string_view::npos || !index ) {
+         throw ProfileError(
+             "expected slices as STAGE:COUNT[,STAGE:COUNT...] with STAGE vfp, "
+             "ifp or efp, not " +
+             quoted( item ) );
+      }
+      if ( def.slices[*index] ) {
+         throw ProfileError( "the slices of " + quoted( stage ) + " are given twice" );
+      }
+      def.slices[*index] = numberOf( item.substr( colon + 1 ), "a slice count" );
+      value = comma == std::string_view::npos ? std::string_view() : value.substr( comma + 1 );
+   }
+}
+
 void unitLine( SwitchProfile& p, const Tokens& t ) {
    if ( t.size() < 2 ) {
-      throw ProfileError( "expected 'unit N kind KIND module M [ports COUNT] [name NAME]'" );
+      throw ProfileError(
+          "expected 'unit N kind KIND module M [ports COUNT] [name NAME] [slices STAGE:COUNT,...] "
+          "[range-checkers COUNT] [udf-chunks COUNT]'" );
    }
    const U32 unit = numberOf( t[1], "a unit number" );
-   const auto pairs = pairsOf( t, 2, { "kind", "module", "ports", "name" } );
+   const auto pairs = pairsOf(
+       t, 2, { "kind", "module", "ports", "name", "slices", "range-checkers", "udf-chunks" } );
    UnitDef def;
    def.unit = unit;
    def.kind = std::string( required( pairs, "kind", "unit" ) );
@@ -152,6 +191,15 @@ void unitLine( SwitchProfile& p, const Tokens& t ) {
    }
    if ( auto it = pairs.find( "name" ); it != pairs.end() ) {
       def.chipName = std::string( it->second );
+   }
+   if ( auto it = pairs.find( "slices" ); it != pairs.end() ) {
+      slicesOf( it->second, def );
+   }
+   if ( auto it = pairs.find( "range-checkers" ); it != pairs.end() ) {
+      def.rangeCheckers = numberOf( it->second, "a range checker count" );
+   }
+   if ( auto it = pairs.find( "udf-chunks" ); it != pairs.end() ) {
+      def.udfChunks = numberOf( it->second, "a UDF chunk count" );
    }
    p.unitIs( std::move( def ) );
 }
@@ -328,6 +376,28 @@ SwitchProfile readProfileFile( const std::string& path ) {
    return parseProfile( text.str(), path );
 }
 
+namespace {
+
+std::string shrinkText( const UnitDef& def ) {
+   std::string slices;
+   for ( std::size_t s = 0; s < kStageCount; ++s ) {
+      if ( def.slices[s] ) {
+         slices += ( slices.empty() ? "" : "," ) + stageWord( s ) + ":" +
+                   std::to_string( *def.slices[s] );
+      }
+   }
+   std::string text = slices.empty() ? "" : " slices " + slices;
+   if ( def.rangeCheckers ) {
+      text += " range-checkers " + std::to_string( *def.rangeCheckers );
+   }
+   if ( def.udfChunks ) {
+      text += " udf-chunks " + std::to_string( *def.udfChunks );
+   }
+   return text;
+}
+
+}  // namespace
+
 std::string profileText( const SwitchProfile& p ) {
    std::ostringstream out;
    if ( !p.name().empty() ) {
@@ -342,7 +412,7 @@ std::string profileText( const SwitchProfile& p ) {
    }
    for ( const auto& [unit, def] : p.units() ) {
       out << "unit " << unit << " kind " << def.kind << " module " << def.module << " ports "
-          << def.portCount << " name " << def.chipName << "\n";
+          << def.portCount << " name " << def.chipName << shrinkText( def ) << "\n";
    }
    writeEthernet( out, p );
    for ( const auto& [number, members] : p.portChannels() ) {

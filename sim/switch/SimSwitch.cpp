@@ -22,8 +22,23 @@ StageCapacity capacityOf( const StageSlices& slices ) {
    return StageCapacity{ count, count ? slices.totalNarrow() / count : 0 };
 }
 
-StageCapacity smaller( const StageCapacity& a, const StageCapacity& b ) {
-   return a.entries() <= b.entries() ? a : b;
+StageCapacity larger( const StageCapacity& a, const StageCapacity& b ) {
+   return a.entries() >= b.entries() ? a : b;
+}
+
+// The unit's chip: its kind's, with the profile's port count and whatever the profile takes
+// away (the last slices of a stage, range checkers, UDF chunks).
+ChipConfig chipConfigOf( const UnitDef& def, const ChipKind& kind ) {
+   ChipConfig config = kind.chipConfig( def.module );
+   config.portCount = def.portCount;
+   for ( std::size_t s = 0; s < kStageCount; ++s ) {
+      if ( def.slices[s] ) {
+         config.slices[s].narrowEntries.resize( *def.slices[s] );
+      }
+   }
+   config.rangeCheckers = def.rangeCheckers.value_or( config.rangeCheckers );
+   config.udfChunks = def.udfChunks.value_or( config.udfChunks );
+   return config;
 }
 
 Vesper::Ptr<HalyardCentral::HalyardAttributes> attributesFor(
@@ -59,9 +74,7 @@ std::map<U32, SimSwitch::Unit> SimSwitch::buildUnits( const SwitchProfile& profi
                              " has fewer ports than the profile gives the unit" );
       }
       u.layout = unitPortLayout( def );
-      ChipConfig config = u.kind->chipConfig( def.module );
-      config.portCount = def.portCount;
-      u.chip = std::make_unique<ChipModel>( config );
+      u.chip = std::make_unique<ChipModel>( chipConfigOf( def, *u.kind ) );
    }
    return units;
 }
@@ -92,19 +105,37 @@ SimSwitch::SimSwitch( const SwitchProfile& profile, const SwitchOptions& options
 
 SimSwitch::~SimSwitch() = default;
 
+// Each unit's slices decide what its groups get; the table's caps are those of the largest
+// kind, so that they limit no unit, unless a test lowers one.
 GroupTable SimSwitch::groupTableFor( const SwitchOptions& options ) const {
+   GroupTable table;
    if ( options.groupTable ) {
-      return *options.groupTable;
+      table = *options.groupTable;
+   } else {
+      std::optional<StageCapacities> most;
+      for ( const auto& [number, u] : units_ ) {
+         const StageCapacities c{ capacityOf( u.kind->vfp ), capacityOf( u.kind->ifp ),
+                                  capacityOf( u.kind->efp ) };
+         most = most ? StageCapacities{ larger( most->vfp, c.vfp ), larger( most->ifp, c.ifp ),
+                                        larger( most->efp, c.efp ) }
+                     : c;
+      }
+      table = defaultGroupTable( *most );
    }
-   std::optional<StageCapacities> least;
-   for ( const auto& [number, u] : units_ ) {
-      const StageCapacities c{ capacityOf( u.kind->vfp ), capacityOf( u.kind->ifp ),
-                               capacityOf( u.kind->efp ) };
-      least = least ? StageCapacities{ smaller( least->vfp, c.vfp ), smaller( least->ifp, c.ifp ),
-                                       smaller( least->efp, c.efp ) }
-                    : c;
+   for ( const auto& [a, capacity] : options.groupCapacities ) {
+      auto it = table.find( a );
+      if ( it == table.end() ) {
+         throw Vesper::RangeException( "group " + std::to_string( U32( a ) ) +
+                                       " is not in the switch's group table" );
+      }
+      it->second.capacity = std::min( it->second.capacity, capacity );
    }
-   return defaultGroupTable( *least );
+   return table;
+}
+
+UnitUsage SimSwitch::tcamUsage( U32 unit ) const {
+   unitAt( unit );
+   return *groupManager_->unitUsage( unit );
 }
 
 void SimSwitch::unitsAttach( const SwitchOptions& options ) {

@@ -2,9 +2,9 @@
 // agent hands the ACL back-end:
 //   - one ChipModel per unit, of the unit's catalog kind and port count, and the SimSdk over
 //     them, installed as Shim::sdk_ for the switch's life;
-//   - the SimTcamGroupManager with its groups on every unit (capacities from the chip kinds,
-//     the smallest kind deciding where units differ, since one group table serves all units)
-//     and each unit's range checker, UDF and class table limits;
+//   - the SimTcamGroupManager with its groups on every unit, each unit's TCAM slices from its
+//     own chip kind (less what the profile takes away), which the groups of a stage share as
+//     they need them, and each unit's range checker, UDF and class table limits;
 //   - the agent's shared data (HalyardCommonSmData): the unit table with each unit's chip
 //     number (the unit number), module id, ChipInfo and chip name; front-panel ports and
 //     port-channels (by their first member) in halyardIntfToPort and its cache, front-panel
@@ -74,6 +74,9 @@ namespace Sim {
 struct SwitchOptions {
    // Replaces the group table derived from the chip kinds: tiny capacities force exhaustion.
    std::optional<GroupTable> groupTable;
+   // Lowers the capacity of some groups on every unit, over the table: exhausts a group
+   // without taking slices from the others (the management groups keep theirs).
+   std::map<Halyard::TcamGroupAssignment, U32> groupCapacities;
    // Replaces every unit's limits; each is cut to its chip's pools.
    std::optional<UnitLimits> unitLimits;
    // Units built as a chip kind of the caller's own (a catalog kind with other capacities,
@@ -105,6 +108,9 @@ class SimSwitch {
    const ChipKind& chipKind( U32 unit ) const;
    Pylon::ModId modId( U32 unit ) const;
    const UnitPortLayout& portLayout( U32 unit ) const;
+   // For the tool's summary: the unit's groups (stage, entries, capacity, slices held), each
+   // stage's free slices, range checkers and UDF chunks used and available.
+   UnitUsage tcamUsage( U32 unit ) const;
 
    // ---- The platform the back-end is given.
    SimSdk& sdk() { return sdk_; }

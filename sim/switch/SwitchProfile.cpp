@@ -51,6 +51,35 @@ void checkWord( const char* what, const std::string& text ) {
    }
 }
 
+void checkAtMost( const std::string& what, U32 asked, U32 least, U32 most, const ChipKind& kind ) {
+   if ( asked < least || asked > most ) {
+      throw ProfileError( what + " " + std::to_string( asked ) + " is out of range: a " +
+                          kind.name + " unit has " + std::to_string( least ) + " to " +
+                          std::to_string( most ) );
+   }
+}
+
+// A unit may have less than its kind, never more.
+void checkShrink( const UnitDef& def, const ChipKind& kind ) {
+   const std::string unitText = "unit " + std::to_string( def.unit ) + ": ";
+   const StageSlices* stages[] = { &kind.vfp, &kind.ifp, &kind.efp };
+   for ( std::size_t s = 0; s < kStageCount; ++s ) {
+      if ( def.slices[s] ) {
+         const Stage stage = static_cast<Stage>( s );
+         // Two IFP slices at least: the management and port-blocking entries take one each.
+         const U32 least = stage == Stage::Ifp ? 2 : 1;
+         checkAtMost( unitText + std::string( stageName( stage ) ) + " slices", *def.slices[s],
+                      least, stages[s]->slices(), kind );
+      }
+   }
+   if ( def.rangeCheckers ) {
+      checkAtMost( unitText + "range checkers", *def.rangeCheckers, 0, kind.rangeCheckers, kind );
+   }
+   if ( def.udfChunks ) {
+      checkAtMost( unitText + "UDF chunks", *def.udfChunks, 0, kind.udfChunks, kind );
+   }
+}
+
 std::string errorText( const std::string& message, const std::string& file, U32 line ) {
    if ( file.empty() && line == 0 ) {
       return message;
@@ -137,6 +166,7 @@ void SwitchProfile::unitIs( UnitDef def ) {
                           kind->name + " unit has " + std::to_string( minPorts ) + " to " +
                           std::to_string( kind->portCount ) );
    }
+   checkShrink( def, *kind );
    if ( def.chipName.empty() ) {
       def.chipName = "chip" + std::to_string( def.unit );
    }

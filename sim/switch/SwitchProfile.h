@@ -15,12 +15,16 @@
 //      ports, each in at most one port-channel; VLAN members are front-panel ports or
 //      port-channels; a sub-interface's parent is a front-panel port or a port-channel.
 //   4. VLANs are 1 to 4094. A sub-interface names its own VLAN (its 802.1Q tag).
+//   5. A unit shrinks its kind, never grows it: at most the kind's slices per stage (at least
+//      one, and two in IFP, where the management and port-blocking entries take one each),
+//      range checkers and UDF chunks.
 // A broken rule throws ProfileError and leaves the profile as it was. What no adder can check
 // (at least one unit) is checked by checkComplete().
 //
 // A profile is a value: copied and compared member by member.
 #pragma once
 
+#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -30,6 +34,7 @@
 #include "platform/pylon/IntfId.h"
 #include "platform/vesper/Exception.h"
 #include "platform/vesper/Types.h"
+#include "sim/chip/ChipTypes.h"
 
 namespace Sim {
 
@@ -57,6 +62,12 @@ struct UnitDef {
    U16 module = 0;        // module id, 0 to 254
    U32 portCount = 0;     // ports of the chip, CPU port 0 included; 0: the kind's own count
    std::string chipName;  // as operators see it; empty: "chip<unit>"
+   // A unit smaller than its kind, to ask whether an ACL fits a smaller chip: the first
+   // slices[stage] slices of a stage (by Stage), fewer range checkers, fewer UDF chunks.
+   // nullopt: the kind's own.
+   std::array<std::optional<U32>, kStageCount> slices{};
+   std::optional<U32> rangeCheckers{};
+   std::optional<U32> udfChunks{};
 
    friend bool operator==( const UnitDef&, const UnitDef& ) = default;
 };

@@ -57,28 +57,16 @@ U32 boundedCapacity( TcamGroupAssignment a ) {
 }  // namespace
 
 GroupTable defaultGroupTable( const StageCapacities& stages ) {
-   std::array<U32, 3> left = { stages.vfp.entries(), stages.ifp.entries(), stages.efp.entries() };
-   std::array<U32, 3> groups{};
+   const std::array<U32, 3> entries = { stages.vfp.entries(), stages.ifp.entries(),
+                                        stages.efp.entries() };
    GroupTable table;
    for ( const GroupRow& row : kRows ) {
+      const U32 stage = entries[stageIndex( row.stage )];
       const bool bounded = isBoundedAssignment( row.assignment );
-      GroupDef def{ row.stage, row.priority, 0, bounded };
-      U32& stageLeft = left[stageIndex( row.stage )];
-      if ( bounded ) {
-         def.capacity = std::min( stageLeft, boundedCapacity( row.assignment ) );
-         stageLeft -= def.capacity;
-      } else {
-         ++groups[stageIndex( row.stage )];
-      }
+      GroupDef def{ row.stage, row.priority, 0, bounded, row.wide };
+      def.capacity = bounded ? std::min( stage, boundedCapacity( row.assignment ) )
+                             : ( row.wide ? stage / 2 : stage );
       table[row.assignment] = def;
-   }
-   for ( const GroupRow& row : kRows ) {
-      GroupDef& def = table[row.assignment];
-      if ( def.bounded ) {
-         continue;
-      }
-      const U32 share = left[stageIndex( row.stage )] / groups[stageIndex( row.stage )];
-      def.capacity = row.wide ? share / 2 : share;
    }
    return table;
 }

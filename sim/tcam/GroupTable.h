@@ -1,14 +1,17 @@
 // The TCAM groups a simulated switch sets up: for each manager assignment number, the stage its
-// group lives in, the group's priority and how many entries the group can hold on one unit.
+// group lives in, the group's priority, its key width, and the most entries the group may hold
+// on one unit.
 //
 // A group's priority does two things, as on the hardware: it orders the groups of a stage
 // (where the hits of two groups set one action family, the higher group wins), and it is the
 // priority at which every entry of the group stands unless setPriorityForEntry says otherwise
 // (0 lowest, 0x7fffffff highest).
 //
-// defaultGroupTable() derives the capacities from what a chip kind says of its stages (slices
-// and entries per slice), so that the chip catalog can feed it, and tests can make them tiny to
-// force exhaustion. Tests may also build a GroupTable by hand.
+// Room comes from the stage's slices (ChipConfig::slices), which the groups of a stage take
+// and give back as they need them (TcamUnit.h); a group's capacity only caps what it may take.
+// defaultGroupTable() sets each cap to what the whole stage could give the group, so that the
+// slices alone decide; a test lowers one group's cap to exhaust it without starving the
+// others, or builds a table by hand.
 #pragma once
 
 #include <map>
@@ -22,16 +25,17 @@ namespace Sim {
 struct GroupDef {
    Stage stage = Stage::Ifp;
    U32 priority = 0;  // REQUIRES: at most 0x7fffffff
-   U32 capacity = 0;  // entries per unit
+   U32 capacity = 0;  // the most entries per unit; a bounded group's count of indices
    // Bounded: entries are addressed by position (entry base plus an index) rather than
    // handed out on demand.
    bool bounded = false;
+   // The wide (double) key: the group gets half a slice's narrow entries from each slice.
+   bool wide = false;
 };
 
 using GroupTable = std::map<Halyard::TcamGroupAssignment, GroupDef>;
 
-// One stage of a chip kind. Entries per slice count narrow (single-wide) entries; a group
-// with a double-wide key gets half as many out of the same slices.
+// One stage of a chip kind, in sum: its slices and their narrow entries per slice.
 struct StageCapacity {
    U32 slices = 0;
    U32 entriesPerSlice = 0;
@@ -49,9 +53,9 @@ struct StageCapacities {
 inline constexpr U32 kMgmtGroupEntries = 8;
 inline constexpr U32 kPortBlockingGroupEntries = 4;
 
-// Every assignment of tcamGroupAssignmentAll with its stage and priority. The bounded groups
-// come out of the IFP entries first; the rest of each stage is shared evenly among its
-// unbounded groups, a double-wide group getting half a share.
+// Every assignment of tcamGroupAssignmentAll with its stage, priority and key width. The
+// bounded groups get their fixed counts; every other group may grow to the whole stage (half
+// of it for a wide key): the stage's slices, shared as the groups ask for them, set the limit.
 //
 // Group priorities, highest first within each stage: port blocking, management, the uRPF
 // exception groups, router ACLs, VNI-keyed ACLs, port ACLs (IPv4 before IPv6 before the

@@ -13,11 +13,7 @@ using Halyard::TcamGroupAssignment;
 
 U32 SimTcamGroupManager::entriesAvailable( TcamGroupAssignment a, U32 unit ) const {
    TcamUnit* u = tcamUnit( unit );
-   if ( !u ) {
-      return 0;
-   }
-   const GroupUse& g = u->group( a );
-   return g.capacity - g.inUse;
+   return u ? u->available( a ) : 0;
 }
 
 U32 SimTcamGroupManager::entriesInUse( TcamGroupAssignment a, U32 unit ) const {
@@ -35,6 +31,16 @@ void SimTcamGroupManager::exhaustedUpdate( TcamGroupAssignment a, U32 unit ) {
    }
 }
 
+// The groups of a stage share its free slices: a slice taken or given back by one changes
+// what every other can still get.
+void SimTcamGroupManager::stageExhaustedUpdate( Stage stage, U32 unit ) {
+   for ( const auto& [a, def] : table_ ) {
+      if ( def.stage == stage ) {
+         exhaustedUpdate( a, unit );
+      }
+   }
+}
+
 U32 SimTcamGroupManager::unboundedEntryGet( TcamGroupAssignment a, U32 unit,
                                             const Vesper::String& description ) {
    TcamUnit* u = tcamUnit( unit );
@@ -46,7 +52,7 @@ U32 SimTcamGroupManager::unboundedEntryGet( TcamGroupAssignment a, U32 unit,
    GroupUse& g = u->group( a );
    u->entryIs( id, a, table_.at( a ).priority, g.nextOrdinal++, description );
    tcamManagerForEntryIs( id, manager( a ) );
-   exhaustedUpdate( a, unit );
+   stageExhaustedUpdate( table_.at( a ).stage, unit );
    return id;
 }
 
@@ -61,9 +67,12 @@ U32 SimTcamGroupManager::boundedEntryGet( TcamGroupAssignment a, U32 unit, U32 i
       VESPER_ASSERT( r->assignment == a );
       return index;
    }
+   if ( entriesAvailable( a, unit ) == 0 ) {
+      return 0;  // no slice of the stage is left for the group
+   }
    u->entryIs( index, a, table_.at( a ).priority, index, description );
    tcamManagerForEntryIs( index, manager( a ) );
-   exhaustedUpdate( a, unit );
+   stageExhaustedUpdate( table_.at( a ).stage, unit );
    return index;
 }
 
@@ -80,17 +89,20 @@ void SimTcamGroupManager::entryRelease( U32 unit, U32 entry ) {
    // The entry may have held the last reference to checkers and chunks already given back.
    u->rangeCheckers().drain();
    u->udfChunks().drain();
-   exhaustedUpdate( a, unit );
+   stageExhaustedUpdate( table_.at( a ).stage, unit );
    rangeCheckersExhaustedUpdate( unit );
 }
 
-// Ordinals only break ties among equal priorities, so renumbering them in the order they
+// The entries move into the group's first slices, and the slices left empty go back to the
+// stage. Ordinals only break ties among equal priorities, so renumbering them in the order they
 // stand leaves every lookup as it was, and frees the counter to go on from the entry count.
 void SimTcamGroupManager::entriesCompress( TcamGroupAssignment a, U32 unit ) {
    TcamUnit* u = tcamUnit( unit );
    if ( !u || table_.at( a ).bounded ) {
       return;
    }
+   u->compress( a );
+   stageExhaustedUpdate( table_.at( a ).stage, unit );
    ChipModel& chip = u->chip();
    std::vector<std::pair<U64, EntryId> > order;
    for ( EntryId id : chip.entries( chipGroupOf( a ) ) ) {

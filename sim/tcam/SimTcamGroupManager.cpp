@@ -119,4 +119,26 @@ Vesper::String SimTcamGroupManager::entryDescription( U32 unit, U32 entry ) cons
    return r ? r->description : Vesper::String();
 }
 
+std::optional<UnitUsage> SimTcamGroupManager::unitUsage( U32 unit ) const {
+   TcamUnit* u = tcamUnit( unit );
+   if ( !u ) {
+      return std::nullopt;
+   }
+   UnitUsage usage;
+   for ( const auto& [a, g] : u->groups() ) {
+      usage.groups.push_back( GroupUsage{ a, g.stage, g.wide, g.inUse, g.inUse + u->available( a ),
+                                          static_cast<U32>( g.slices.size() ) } );
+   }
+   for ( std::size_t s = 0; s < kStageCount; ++s ) {
+      const Stage stage = static_cast<Stage>( s );
+      usage.stages[s] =
+          StageUsage{ static_cast<U32>( u->slices( stage ).size() ), u->freeSlices( stage ) };
+   }
+   usage.rangeCheckersUsed = static_cast<U32>( u->rangeCheckers().slots() );
+   usage.rangeCheckerCapacity = u->rangeCheckers().limit();
+   usage.udfChunksUsed = static_cast<U32>( u->udfChunks().slots() );
+   usage.udfChunkCapacity = u->udfChunks().limit();
+   return usage;
+}
+
 }  // namespace Sim

@@ -30,9 +30,11 @@
 // Threads: activity thread, with the activity lock held.
 #pragma once
 
+#include <array>
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "platform/tcam/HalyardTcamGroupManager.h"
 #include "sim/chip/ChipModel.h"
@@ -41,6 +43,31 @@
 #include "sim/tcam/UnitLimits.h"
 
 namespace Sim {
+
+// What a summary shows of one unit's TCAM: each group, each stage's slices, and the shared
+// pools.
+struct GroupUsage {
+   Halyard::TcamGroupAssignment assignment{};
+   Stage stage = Stage::Ifp;
+   bool wide = false;
+   U32 used = 0;      // entries it holds
+   U32 capacity = 0;  // what it holds plus what it could still get
+   U32 slices = 0;    // slices it holds
+};
+
+struct StageUsage {
+   U32 slices = 0;  // 0: the stage is not divided into slices
+   U32 freeSlices = 0;
+};
+
+struct UnitUsage {
+   std::vector<GroupUsage> groups;              // ascending assignment
+   std::array<StageUsage, kStageCount> stages;  // by Stage
+   U32 rangeCheckersUsed = 0;
+   U32 rangeCheckerCapacity = 0;
+   U32 udfChunksUsed = 0;
+   U32 udfChunkCapacity = 0;
+};
 
 class TcamUnit;
 class SimBoundedTcamEntryManager;
@@ -76,6 +103,9 @@ class SimTcamGroupManager : public Halyard::HalyardTcamGroupManager {
    U32 udfChunkUses( U32 unit, Halyard::UdfOffsetBase base, U8 offset, U8 length ) const;
    // The description given when the entry was acquired; empty for an unknown entry.
    Vesper::String entryDescription( U32 unit, U32 entry ) const;
+   // The use of the unit's groups, slices, range checkers and UDF chunks; nullopt for an
+   // unknown unit.
+   std::optional<UnitUsage> unitUsage( U32 unit ) const;
 
    Halyard::HalyardBoundedTcamEntryManager::Ptr entryManager(
        Halyard::TcamGroupAssignment a ) const override;
@@ -114,6 +144,7 @@ class SimTcamGroupManager : public Halyard::HalyardTcamGroupManager {
    U32 entriesAvailable( Halyard::TcamGroupAssignment a, U32 unit ) const;
    U32 entriesInUse( Halyard::TcamGroupAssignment a, U32 unit ) const;
    void exhaustedUpdate( Halyard::TcamGroupAssignment a, U32 unit );
+   void stageExhaustedUpdate( Stage stage, U32 unit );
 
    // Range checkers and user-defined fields (SimSharedResources.cpp).
    U32 rangeCheckerGet( U32 unit, const Halyard::RangeCheckerDesc& desc );

@@ -49,6 +49,13 @@ TEST( ProfileTextTest, CanonicalTextCompressesPortRunsAndRoundTrips ) {
    p.vlanIntfIs( 4094, { IntfId::portChannel( 4 ) } );
    p.subIntfIs( IntfId::portChannel( 4 ).subIntf( 7 ), 70 );
 
+   Sim::UnitDef small{ 4, "tomahawk3", 8, 0, "" };
+   small.slices[std::size_t( Sim::Stage::Ifp )] = 4;
+   small.slices[std::size_t( Sim::Stage::Efp )] = 1;
+   small.rangeCheckers = 16;
+   small.udfChunks = 0;
+   p.unitIs( small );
+
    const std::string text = Sim::profileText( p );
    EXPECT_EQ(
        "name lab\n"
@@ -58,6 +65,8 @@ TEST( ProfileTextTest, CanonicalTextCompressesPortRunsAndRoundTrips ) {
        "flag vlan-block-bypass\n"
        "flag egress-filter-per-port\n"
        "unit 3 kind jericho module 7 ports 65 name chip3\n"
+       "unit 4 kind tomahawk3 module 8 ports 161 name chip4 slices ifp:4,efp:1 range-checkers 16 "
+       "udf-chunks 0\n"
        "ethernet 1-2 unit 3 port 1\n"
        "ethernet 3 unit 3 port 9\n"
        "ethernet 5 unit 3 port 10\n"
@@ -154,7 +163,19 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{ "missingModule", kBase + "unit 1 kind tomahawk\n", 3,
                    "'unit' is missing 'module'" },
         ErrorCase{ "unknownKey", kBase + "unit 1 kind tomahawk module 2 speed 10\n", 3,
-                   "unknown key 'speed' in 'unit'; expected kind, module, ports, name" },
+                   "unknown key 'speed' in 'unit'; expected kind, module, ports, name, slices, "
+                   "range-checkers, udf-chunks" },
+        ErrorCase{ "moreSlicesThanTheKind", kBase + "unit 1 kind tomahawk module 2 slices ifp:13\n",
+                   3, "unit 1: IFP slices 13 is out of range: a tomahawk unit has 2 to 12" },
+        ErrorCase{ "tooFewIfpSlices", kBase + "unit 1 kind tomahawk module 2 slices vfp:1,ifp:1\n",
+                   3, "unit 1: IFP slices 1 is out of range: a tomahawk unit has 2 to 12" },
+        ErrorCase{ "unknownStage", kBase + "unit 1 kind tomahawk module 2 slices tcam:4\n", 3,
+                   "expected slices as STAGE:COUNT[,STAGE:COUNT...] with STAGE vfp, ifp or efp, "
+                   "not 'tcam:4'" },
+        ErrorCase{ "stageTwice", kBase + "unit 1 kind tomahawk module 2 slices ifp:4,ifp:3\n", 3,
+                   "the slices of 'ifp' are given twice" },
+        ErrorCase{ "moreRangeCheckers", kBase + "unit 1 kind trident2 module 2 range-checkers 32\n",
+                   3, "unit 1: range checkers 32 is out of range: a trident2 unit has 0 to 24" },
         ErrorCase{ "keyTwice", kBase + "unit 1 kind tomahawk module 2 module 3\n", 3,
                    "'module' is given twice" },
         ErrorCase{ "keyWithoutValue", kBase + "unit 1 kind tomahawk module\n", 3,

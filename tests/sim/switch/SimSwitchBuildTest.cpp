@@ -191,17 +191,30 @@ TEST( SimSwitchOptionsTest, TinyGroupsExhaustAndLimitsAreCut ) {
    EXPECT_FALSE( sw.aclHwStatus()->ingressRaclSharingSupported() );
 }
 
-TEST( SimSwitchOptionsTest, SmallestKindDecidesTheGroupSizes ) {
+// Each unit has its own kind's slices, less what its profile takes away; the group table's
+// caps limit no unit unless a test lowers them.
+TEST( SimSwitchOptionsTest, EachUnitHasItsOwnKindsSlices ) {
    Sim::SwitchProfile p;
    p.unitIs( Sim::UnitDef{ 0, "trident3", 1, 0, "" } );
-   p.unitIs( Sim::UnitDef{ 1, "trident2", 2, 0, "" } );  // IFP of 4x128 + 8x256
-   SimSwitch sw( p );
-   const Sim::GroupTable expected =
-       Sim::defaultGroupTable( Sim::StageCapacities{ { 4, 256 }, { 12, 2560 / 12 }, { 4, 256 } } );
-   EXPECT_EQ( expected.at( Halyard::tcamGroupIpAcl ).capacity,
-              sw.groupManager()->groupTable().at( Halyard::tcamGroupIpAcl ).capacity );
-   EXPECT_EQ( expected.at( Halyard::tcamGroupIpAclVfp ).capacity,
-              sw.groupManager()->groupTable().at( Halyard::tcamGroupIpAclVfp ).capacity );
+   Sim::UnitDef td2{ 1, "trident2", 2, 0, "" };  // IFP of 4x128 + 8x256
+   td2.slices[std::size_t( Sim::Stage::Ifp )] = 6;
+   td2.rangeCheckers = 10;
+   p.unitIs( td2 );
+   Sim::SwitchOptions options;
+   options.groupCapacities[Halyard::tcamGroupMacAcl] = 100;
+   SimSwitch sw( p, options );
+
+   const auto& ip = *sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupIpAcl );
+   EXPECT_EQ( 12u * 512, ip.entriesAvailable( 0 ) );
+   EXPECT_EQ( 4u * 128 + 2 * 256, ip.entriesAvailable( 1 ) );
+   EXPECT_EQ( 12u, sw.tcamUsage( 0 ).stages[std::size_t( Sim::Stage::Ifp )].slices );
+   EXPECT_EQ( 6u, sw.tcamUsage( 1 ).stages[std::size_t( Sim::Stage::Ifp )].freeSlices );
+   EXPECT_EQ( 10u, sw.tcamUsage( 1 ).rangeCheckerCapacity );
+   EXPECT_EQ( 10u, sw.chip( 1 ).config().rangeCheckers );
+   EXPECT_EQ( 100u, sw.groupManager()
+                        ->unboundedEntryManager( Halyard::tcamGroupMacAcl )
+                        ->entriesAvailable( 0 ) );
+   EXPECT_THROW( sw.tcamUsage( 7 ), Vesper::RangeException );
 }
 
 TEST( SimSwitchFabricTest, LinkPortsAreFabricPortsByModule ) {

@@ -22,25 +22,23 @@ TEST( DefaultGroupTable, EveryAssignmentWithItsKindAndStage ) {
    EXPECT_EQ( Stage::Ifp, table.at( tcamGroupMirroringAcl3 ).stage );
 }
 
-TEST( DefaultGroupTable, CapacitiesShareTheStages ) {
+// A group may grow to the whole stage (half of it with the wide key): the slices, which the
+// groups share, set the limit.
+TEST( DefaultGroupTable, CapacitiesCapAtTheWholeStage ) {
    const GroupTable table = defaultGroupTable( kStages );
-   std::map<Stage, U32> used;
-   for ( const auto& [a, def] : table ) {
-      used[def.stage] += def.capacity;
-   }
-   EXPECT_LE( used[Stage::Ifp], 12u * 512 );
-   EXPECT_LE( used[Stage::Vfp], 4u * 256 );
-   EXPECT_LE( used[Stage::Efp], 4u * 256 );
+   EXPECT_EQ( 12u * 512, table.at( tcamGroupIpAcl ).capacity );
+   EXPECT_EQ( 12u * 256, table.at( tcamGroupIp6Acl ).capacity );
+   EXPECT_TRUE( table.at( tcamGroupIp6Acl ).wide );
+   EXPECT_FALSE( table.at( tcamGroupIp6StdAcl ).wide );
+   EXPECT_EQ( 12u * 512, table.at( tcamGroupIp6StdAcl ).capacity );
+   EXPECT_EQ( 4u * 256, table.at( tcamGroupIpAclVfp ).capacity );
+   EXPECT_EQ( 4u * 128, table.at( tcamGroupIp6AclEgress ).capacity );
    EXPECT_EQ( kMgmtGroupEntries, table.at( tcamGroupAclMgmt ).capacity );
    EXPECT_EQ( kPortBlockingGroupEntries, table.at( tcamGroupAclPortBlocking ).capacity );
-   // The full IPv6 key is double-wide: half the entries of the narrow groups beside it.
-   EXPECT_EQ( table.at( tcamGroupIpAcl ).capacity / 2, table.at( tcamGroupIp6Acl ).capacity );
-   EXPECT_EQ( table.at( tcamGroupIpAcl ).capacity, table.at( tcamGroupIp6StdAcl ).capacity );
-   // Tiny stages leave the bounded groups what there is, and the others nothing.
-   const GroupTable tiny = defaultGroupTable( { { 1, 1 }, { 1, 10 }, { 0, 0 } } );
-   EXPECT_EQ( 8u, tiny.at( tcamGroupAclMgmt ).capacity );
+   // Tiny stages leave the bounded groups what there is.
+   const GroupTable tiny = defaultGroupTable( { { 1, 1 }, { 1, 2 }, { 0, 0 } } );
+   EXPECT_EQ( 2u, tiny.at( tcamGroupAclMgmt ).capacity );
    EXPECT_EQ( 2u, tiny.at( tcamGroupAclPortBlocking ).capacity );
-   EXPECT_EQ( 0u, tiny.at( tcamGroupIpAcl ).capacity );
    EXPECT_EQ( 0u, tiny.at( tcamGroupIpAclEgress ).capacity );
 }
 
