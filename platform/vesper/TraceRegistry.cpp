@@ -1,6 +1,7 @@
 #include "platform/vesper/TraceRegistry.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -25,12 +26,17 @@ U32 traceLevelMask( int first, int last ) {
    return mask;
 }
 
-TraceRegistry::TraceRegistry() : sink_( std::make_shared<TraceSink>( writeToStderr ) ) {
-   applyEnvironment();
-}
+TraceRegistry::TraceRegistry() : sink_( std::make_shared<TraceSink>( writeToStderr ) ) {}
 
 TraceRegistry& TraceRegistry::instance() {
    static TraceRegistry* const registry = new TraceRegistry;
+   // The environment is read once the registry stands, not in its constructor: applying a
+   // setting comes back here through instance(), which inside the static's initialisation
+   // would be a recursive initialisation. The flag is set first for the same reason.
+   static std::atomic<bool> environmentRead{ false };
+   if ( !environmentRead.exchange( true ) ) {
+      registry->applyEnvironment();
+   }
    return *registry;
 }
 

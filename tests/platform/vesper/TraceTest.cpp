@@ -237,6 +237,21 @@ TEST( TraceSettingTest, MalformedEnvironmentVariableIsReportedAndIgnored ) {
    EXPECT_THAT( levelsOn( handle ), IsEmpty() );
 }
 
+// Regression: a setting in the environment at process start made the registry's first use,
+// from a file-scope handle, initialise itself recursively and abort. The child of a threadsafe
+// death test starts afresh with the variable set, so it goes through that start-up road.
+TEST( TraceSettingDeathTest, EnvironmentSetAtProcessStartIsRead ) {
+   GTEST_FLAG_SET( death_test_style, "threadsafe" );
+   ASSERT_EQ( setenv( "VESPER_TRACE", "Test::StartEnv/3", 1 ), 0 );
+   EXPECT_EXIT(
+       {
+          TraceHandle handle( "Test::StartEnv" );
+          std::exit( levelsOn( handle ) == std::vector<int>{ 3 } ? 0 : 1 );
+       },
+       ::testing::ExitedWithCode( 0 ), "" );
+   unsetenv( "VESPER_TRACE" );
+}
+
 class SpindleTest : public ::testing::Test {
  protected:
    void SetUp() override { spindle_.clear(); }
