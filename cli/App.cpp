@@ -36,14 +36,14 @@ struct Command {
 // The tool's commands in the order the help lists them.
 const Command kCommands[] = {
     { "apply", "CONFIG [CONFIG...]", "program the switch; summary per unit", configs | json,
-      runApply, false },
+      runApply, true },
     { "show", "CONFIG", "the operator tables, per unit and ACL", oneConfig, runShow, false },
     { "verify", "CONFIG", "read the hardware back; one line per finding", oneConfig | json,
       runVerify, false },
     { "trace", "CONFIG", "the field-processor command log of programming", oneConfig, runTrace,
       false },
     { "replay", "CONFIG [CONFIG...] PACKETS", "push packets through the switch; --check compares",
-      configs | packets | json | check, runReplay, false },
+      configs | packets | json | check, runReplay, true },
     { "bringup", "", "bring the switch up and show its hidden entries", 0, runBringup, true },
     { "demo", "", "the main job: bring-up, example ACLs and packets", 0, runDemo, true },
 };

@@ -32,8 +32,13 @@ class SimAgent {
    SimAgent& operator=( const SimAgent& ) = delete;
 
    Sim::SimSwitch& simSwitch() { return switch_; }
+   const Sim::SimSwitch& simSwitch() const { return switch_; }
    const Halyard::AclHelper::Ptr& helper() const { return helper_; }
    const Halyard::AclSmEntity::Ptr& aclSmEntity() const { return entity_; }
+   // The agent's configuration records, which the back-end and the generic machine read.
+   const Acl::Config::Ptr& config() const { return config_; }
+   const Acl::ParamConfig::Ptr& paramConfig() const { return paramConfig_; }
+   const Acl::IntfConfig::Ptr& intfConfig() const { return intfConfig_; }
 
    // The first act of the generic machine on a new back-end: the one-time bring-up.
    void hwInit();

@@ -1,26 +1,80 @@
 // replay CONFIG [CONFIG...] PACKETS: the switch programmed as apply does, then every packet
-// pushed through it; with --check each verdict is compared with the reference evaluator.
+// pushed through it; with --check each verdict is compared with the reference evaluator of
+// the last configuration, and a difference makes the exit code 1.
+#include <unistd.h>
+
+#include <iostream>
 #include <ostream>
 
 #include "cli/Command.h"
 #include "cli/ToolInput.h"
+#include "cli/replay/Replayer.h"
+#include "cli/report/ApplySummary.h"
+#include "cli/report/ReplayReport.h"
+#include "cli/switch/ApplyConfigs.h"
 
 namespace HalyardCli {
 
+namespace {
+
+// Replays longer than this show their progress when stderr is a terminal.
+constexpr std::size_t kProgressFrom = 2000;
+constexpr std::size_t kProgressEvery = 500;
+
+bool showProgress( const Invocation& inv, std::size_t packets ) {
+   return packets > kProgressFrom && &inv.err == &std::cerr && isatty( STDERR_FILENO );
+}
+
+// A word on stderr when the switch does not hold every ACL: the packets meet what stands.
+void warnUnlessAllStand( const AclSwitch& sw, std::ostream& err ) {
+   const ApplySummary summary = summarize( sw );
+   if ( summary.allStand() ) {
+      return;
+   }
+   err << "halyard-acl: replay: not every ACL stands installed; packets meet the hardware as it "
+          "stands ('apply' says why)\n";
+}
+
+}  // namespace
+
 int runReplay( const Invocation& inv ) {
-   const std::vector<std::string>& files = inv.args.files;
-   if ( files.size() < 2 ) {
+   const std::vector<std::string>& args = inv.args.files;
+   if ( args.size() < 2 ) {
       inv.err << "halyard-acl: replay needs CONFIG [CONFIG...] PACKETS\n";
       return kExitInput;
    }
    const Sim::SwitchProfile profile = loadProfile( inv.switchProfile );
-   const auto setups =
-       readConfigs( std::vector<std::string>( files.begin(), files.end() - 1 ), profile, inv.err );
-   const auto packets = readPacketsFor( files.back(), inv.args, profile, inv.err );
+   const std::vector<std::string> paths( args.begin(), args.end() - 1 );
+   auto setups = readConfigs( paths, profile, inv.err );
+   const auto packets = readPacketsFor( args.back(), inv.args, profile, inv.err );
    if ( !setups || !packets ) {
       return kExitInput;
    }
-   return notAvailableYet( inv, "replay", "programming the switch from a configuration" );
+   const ConfigFiles files{ paths, std::move( *setups ) };
+   if ( !programmable( files, "replay", inv.err ) ) {
+      return kExitUnavailable;
+   }
+   AclSwitch sw( profile );
+   if ( !applyInTurn( sw, files, "replay", inv.err ) ) {
+      return kExitUnavailable;
+   }
+   warnUnlessAllStand( sw, inv.err );
+
+   const bool check = inv.args.check;
+   Replayer replayer( sw, check );
+   const auto writer = inv.args.json ? replayJsonWriter( inv.out, inv.err, check )
+                                     : replayTextWriter( inv.out, check );
+   const bool progress = showProgress( inv, packets->size() );
+   for ( const Fennel::Packet& packet : *packets ) {
+      writer->packet( replayer.replay( packet ) );
+      const U32 done = replayer.totals().packets;
+      if ( progress && ( done % kProgressEvery == 0 || done == packets->size() ) ) {
+         inv.err << "\rreplay: " << done << " of " << packets->size() << " packets"
+                 << ( done == packets->size() ? "\n" : "" ) << std::flush;
+      }
+   }
+   writer->finish( replayer.totals(), sw.machine() );
+   return check && replayer.totals().disagree != 0 ? kExitFinding : kExitOk;
 }
 
 }  // namespace HalyardCli
