@@ -54,9 +54,12 @@ const Acl::IpFilterBase& ipFilterOf( const Acl::RuleConfig& rule ) {
 
 std::optional<std::string> GenericAclSm::refusal( const AclKey& key,
                                                   const Acl::AclConfig& config ) const {
-   const U8 flags = aclHelper()->supportedTcpFlags();
+   if ( auto why = aclKindRefusal( *aclHelper(), key ) ) {
+      return why;
+   }
+   const BackEndFeatures features = BackEndFeatures::of( *aclHelper(), key );
    for ( const auto& [seq, rule] : config.rule() ) {
-      if ( auto why = ruleRefusal( rule, key.direction(), flags ) ) {
+      if ( auto why = ruleRefusal( rule, key.direction(), features ) ) {
          return "sequence " + std::to_string( seq ) + ": " + *why;
       }
    }

@@ -48,7 +48,13 @@ class RecordingBackEnd : public FennelHelper::AclHelper {
    bool addAnswer = false;
    bool neighborDiscovery = false;
 
-   void hwInit() override { log( "hwInit" ); }
+   // Bring-up publishes what the back-end serves: everything, here.
+   void hwInit() override {
+      log( "hwInit" );
+      for ( const auto& name : FennelHelper::aclCapabilityNames ) {
+         capabilityIs( name.value, true );
+      }
+   }
    bool addIntfToAcl( const Fennel::IntfPairKey& intf, const AclDataPtr& acl,
                       const AclDataStatusPtr& ) override {
       log( "addIntfToAcl ", name( acl ), " ", intf.intfId() );
