@@ -25,11 +25,12 @@
 //  3. An interface class pool never yields 0: 0 is no class, the answer of an empty pool.
 //
 // Programming operations of AclCommonUnitData written so far: the match fields of IP subrules
-// (HalyardAclCommonSubrule.cpp, HalyardAclCommonIp4.cpp, HalyardAclCommonIp6.cpp) and range
-// checkers (HalyardAclCommonRangeCheckers.cpp). Teardown, verification and show are not
-// written yet; the TCAM service variant's
-// request records (requestConfig, requestSubConfig, subRuleToRuleId, tcamRequest) are missing
-// too, because the platform has no request classes of the TCAM service to hold.
+// (HalyardAclCommonSubrule.cpp, HalyardAclCommonIp4.cpp, HalyardAclCommonIp6.cpp), range
+// checkers (HalyardAclCommonRangeCheckers.cpp), commit (HalyardAclCommonCommit.cpp), port
+// masks and VLANs onto committed entries (HalyardAclCommonPortUpdate.cpp) and teardown
+// (HalyardAclCommonTeardown.cpp). Verification and show are not written yet; the TCAM service
+// variant's request records (requestConfig, requestSubConfig, subRuleToRuleId, tcamRequest)
+// are missing too, because the platform has no request classes of the TCAM service to hold.
 //
 // Threads: activity thread, with the activity lock held.
 #pragma once
@@ -44,6 +45,7 @@
 #include "platform/halyard/AclRuleUdfData.h"
 #include "platform/halyard/RangeCheckerDesc.h"
 #include "platform/pylon/IntfId.h"
+#include "platform/shim/BcmTypes.h"
 #include "platform/tcam/HalyardCommonSmData.h"
 #include "platform/tcam/HalyardTcamGroupManager.h"
 #include "platform/tcam/HalyardUnboundedTcamEntryManager.h"
@@ -306,6 +308,45 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    // With `installEntry` false the bookkeeping alone is done (counters from zero, installed).
    // An entry without a manager stops the process ("entryMgr").
    void commitAcl( const Fennel::AclKey& key, bool installEntry );
+
+   // ---- Port masks and VLANs onto the entries (HalyardAclCommonPortUpdate.cpp). The walk
+   // over rules goes up from rule 0, or down from the last rule with `updateInReverseOrder`;
+   // every rule number below the count must have a rule (the process stops otherwise). An
+   // entry is rewritten only when it is a sub-interface session entry exactly when `subIntf`
+   // says so. VFP entries select ports by class: they get no port bitmap.
+
+   // Writes `pbm` under the mask `allPbm` as the InPorts key of every IFP entry, records it
+   // with the entry's manager as permanent, and reinstalls the entry when `installEntry`.
+   void updateAclPortOnAllRule( const bcm_pbmp_t& pbm, const bcm_pbmp_t& allPbm, bool installEntry,
+                                bool updateInReverseOrder, bool subIntf );
+   void updateAclPortOnRule( const AclRuleData::Ptr& rule, const bcm_pbmp_t& pbm,
+                             const bcm_pbmp_t& allPbm, bool installEntry, bool subIntf );
+   // The outer VLAN of every entry (a VLAN ACL's), reinstalled when `installEntry`. Only wide
+   // IFP entries can match a VLAN: a VFP or standard entry stops the process.
+   void updateVlanIdOnAllRule( U32 vlanId, bool installEntry, bool updateInReverseOrder );
+   void updateVlanIdOnRule( const AclRuleData::Ptr& rule, U32 vlanId, bool installEntry );
+
+   // ---- Teardown (HalyardAclCommonTeardown.cpp).
+
+   // Gives back everything the ACL holds on this unit, from the last rule down: per rule its
+   // range checkers (always through `entryManager`, whichever manager took them), then each
+   // entry to the manager that issued it with the entry's payload fields, then the rule. Ends
+   // with no rule, `dirty` true and `installed` false: the ACL reads as pending until the next
+   // pass. A gap in the rule numbers stops the walk at once, with the rules above it gone and
+   // the flags as they were. The managers other than `entryManager` may be null; they are the
+   // seams of a variant that keeps entries elsewhere.
+   // REQUIRES: every entry has a manager (the process stops on "entryManager" otherwise).
+   virtual void destroyAcl( const Fennel::AclKey& key,
+                            const HalyardUnboundedTcamEntryManager::Ptr& vfpEntryManager,
+                            const HalyardUnboundedTcamEntryManager::Ptr& entryManager,
+                            const HalyardUnboundedTcamEntryManager::Ptr& vniEntryManager,
+                            const HalyardUnboundedTcamEntryManager::Ptr& stdVfpEntryManager,
+                            const HalyardUnboundedTcamEntryManager::Ptr& stdEntryManager );
+   // Takes every entry out of the chip's lookup (with `removeEntries`) and clears `installed`,
+   // keeping the entries in the records so that a commit can install them again. `dirty` is
+   // left alone. No caller in this library: the agent's generic attribute interface reaches it.
+   // REQUIRES: every entry has a manager (the process stops on "entryMgr" otherwise).
+   void removeAcl( const Fennel::AclKey& key, bool removeEntries );
 
    // ---- IP subrules. A subrule carries one source port term, one destination port term and
    // one IP length term, as the twelve U16 in this order: srcPort, srcPortMask, dstPort,

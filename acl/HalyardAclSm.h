@@ -29,15 +29,19 @@
 //
 // Invariants:
 //  1. The constructor parameters never change.
-//  2. unitDirty is empty whenever dirty() is false; a unit absent from it is not dirty.
+//  2. A unit absent from unitDirty is not dirty. unitDirty empties when the dirty flag goes
+//     from true to false (handleDirty); units are marked one by one (unitDirtyIs), also while
+//     the flag stands false (a binding that wakes another ACL for VFP marks its unit only), so
+//     members may stand while dirty() is false. A unit that holds a dirty ACL stays marked
+//     until the generic layer clears the flag.
 //  3. The keyed creators (vfpAclTypeForUnitIs, halyardIntfClassDataIs, ingressRaclDataIs,
 //     halyardAclDataIs, halyardAclTypeDirectionFeatureSmIs) return the standing member.
 //
-// Not written yet, and failing loudly: the operations of binding, port masks, blocking,
-// teardown, verification, show, counters, router ACL scope and shared router ACLs stop the
-// process with "AclHelper::<operation> is not available yet"
-// (HalyardAclSmPending.cpp). IngressRaclData, SharedRaclMgmtSm and VlanBlockedSm are only
-// wired: they hold what they are built with and react to nothing yet.
+// Not written yet, and failing loudly: the operations of blocking, verification, show, router
+// ACL scope and shared router ACLs (binding a shared router ACL included) stop the process with
+// "AclHelper::<operation> is not available yet" (HalyardAclSmPending.cpp). IngressRaclData,
+// SharedRaclMgmtSm and VlanBlockedSm are only wired: they hold what they are built with and
+// react to nothing yet.
 //
 // Sources, one concern each: HalyardAclSmLifecycle.cpp (construction, destruction, factory,
 // the dirty flag), HalyardAclSmRecords.cpp (the owned collections and objects),
@@ -46,7 +50,10 @@
 // HalyardAclSmEntries.cpp (the entries of any rule), HalyardAclSmMacRules.cpp,
 // HalyardAclSmIpRules.cpp, HalyardAclSmClosingRules.cpp and HalyardAclSmUdf.cpp (rules by kind),
 // HalyardAclSmCommit.cpp (compression, commit, enable), HalyardAclSmPorts.cpp (port classes,
-// port tables), HalyardAclSmSharing.cpp (whether router ACLs are shared),
+// port tables), HalyardAclSmBinding.cpp (interfaces joining and leaving ACLs, and whether that
+// needs a reapply), HalyardAclSmPortUpdate.cpp (port masks onto committed entries),
+// HalyardAclSmTeardown.cpp (destroyAcl, cleanupAcl), HalyardAclSmCounters.cpp (rule hit
+// counters), HalyardAclSmSharing.cpp (whether router ACLs are shared),
 // HalyardAclTypeDirectionFeatureSm.cpp (the state machines, mirroring and uRPF),
 // HalyardAclSmExhaustion.cpp (the deferred update when TCAM frees up), HalyardAclSmPending.cpp
 // (operations not written yet).
@@ -344,6 +351,47 @@ class AclHelper : public FennelHelper::AclHelper {
    // traces.
    void enableAclEntriesIs( const AclRuleData::Ptr& rule, U32 unit, bool enable );
 
+   // ==== Binding (HalyardAclSmBinding.cpp). An ACL is on every unit once an interface binds
+   // it; the answers say whether the change needs a reapply of the ACL (true) or only a new
+   // port mask or port class (false).
+
+   // The port of `intf` joins the ACL on its unit: active ports, port class, the port's VFP
+   // claim. True (the unit's `dirty`) when the ACL must be rebuilt: the port's VFP lookup
+   // belongs to another ACL type while this ACL uses VFP, or an egress ACL without a class
+   // holds its ports by one entry per port.
+   // REQUIRES: `unit` is the unit of the port of `intf` (the process stops otherwise).
+   bool addIntfToAclInUnit( U32 unit, Pylon::IntfId intf, const AclDataPtr& aclData,
+                            const HalyardAclData::Ptr& saclData, HalyardAclFeature feature );
+   // The ACL is present on `unit` too (a unit that holds none of its ports). An ingress copy
+   // goes dirty with `dirtyFlag`, an egress copy without a class always. The unit's `dirty`.
+   bool addAclDataToUnit( U32 unit, const AclDataPtr& aclData, const HalyardAclData::Ptr& saclData,
+                          bool dirtyFlag );
+   // The port of `intf` leaves the ACL. True when an ACL became dirty: this one (egress without
+   // a class: a copy of its entries must go), or one waiting for the VFP lookup this ACL gave
+   // up ("Letting "). `belongsToAnother`: the port passes straight to another ACL of the same
+   // type and direction, which sets class and claim itself.
+   // REQUIRES: the ACL has unit data on the port's unit unless `belongsToAnother`.
+   bool removeIntfFromAclInUnits( Pylon::IntfId intf, const AclDataPtr& aclData,
+                                  const HalyardAclData::Ptr& saclData, bool belongsToAnother,
+                                  HalyardAclFeature feature );
+   // Shared router ACLs (VLAN 4095) bind through their identifier instead.
+   bool addIntfToSharedAcl( Pylon::IntfId intf, const AclDataPtr& aclData );
+   bool removeIntfFromSharedAcl( Pylon::IntfId intf, const AclDataPtr& aclData,
+                                 bool belongsToAnother );
+   void removeIntfClassIdForVlan( Pylon::IntfId intf, const AclDataPtr& aclData );
+
+   // ==== Port masks (HalyardAclSmPortUpdate.cpp).
+
+   // Writes the port mask of every unit of an ingress ACL that needs it onto its IFP entries,
+   // in the order that keeps each port on a prefix of the rule list: with permitDuringUpdate
+   // every entry is switched off from the last rule up, then rewritten and reinstalled from
+   // the first; else from the first rule when `active` (ports come), from the last when not
+   // (ports go). `modifyPortMasks` rebuilds the masks from the session source lists first, and
+   // `subIntf` picks the sub-interface entries and mask over the others. Egress ACLs have no
+   // port bitmap: nothing happens for them.
+   void updateAclPortsInUnits( const HalyardAclData::Ptr& saclData, bool active,
+                               bool modifyPortMasks, bool subIntf );
+
    // ==== The records this helper was built with (never changed).
 
    const HalyardVlanTopo::VlanTopoSliceStatus::Ptr& vlanTopoSliceStatus() const {
@@ -611,6 +659,29 @@ class AclHelper : public FennelHelper::AclHelper {
                           const HalyardAclTypeDirectionFeatureSm& sm, bool oneActivePort,
                           bool useVfp );
    void vfpPortClaimsSettled( Acl::AclType type, const AclUnitData& unitData, bool useVfp );
+
+   // Binding (HalyardAclSmBinding.cpp): the unit data of the ACL on `unit`, with its rule
+   // programmer, made when absent.
+   AclUnitData::Ptr unitDataWithCommon( const HalyardAclData::Ptr& saclData, U32 unit );
+   // The first ACL of another type bound to `intf` that waits for the VFP lookup of the port
+   // on `unit` is marked dirty to take it; true when one was.
+   bool vfpHandedOver( Pylon::IntfId intf, const HalyardAclData& saclData, U32 unit );
+   // The key of the port ACL `name` of `type` bound in `direction`, as the generic layer makes
+   // it: its list's standard flag, no VLAN, the default group.
+   Fennel::AclKey portAclKey( const Vesper::Name& name, Acl::AclType type,
+                              Acl::AclDirection direction ) const;
+
+   // Port masks (HalyardAclSmPortUpdate.cpp): the mask of one unit rebuilt from its session
+   // source lists; the one to write.
+   bcm_pbmp_t sessionPortMasksRebuilt( AclUnitData& unitData, bool subIntf );
+
+   // Teardown (HalyardAclSmTeardown.cpp): the unit's class back to the pool of the ACL's
+   // direction (ingress: the unit's; egress: the type's), and off every port that carries it.
+   // `prefix` leads the trace line.
+   void intfClassFreed( AclUnitData& unitData, const HalyardAclTypeDirectionFeatureSm& sm,
+                        const char* prefix );
+   // The ACL's VFP claims of the unit's active ports; claims of other types stay.
+   void vfpPortClaimsReleased( Acl::AclType type, const AclUnitData& unitData );
    // Whether a unit's chip forces router ACL sharing on; traces `chips` when it does.
    bool raclSharingForcedByChip( U32 unit, const char* chips ) const;
 

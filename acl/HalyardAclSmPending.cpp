@@ -1,7 +1,6 @@
-// The operations of AclHelper whose behaviour is not written yet: rule creation,
-// pre-creation, commit and teardown, bindings and port masks, blocking, verification, show
-// tables, counters, shared router ACLs and TCAM exhaustion. Each stops the process, naming
-// itself, rather than answer as if it had done its work.
+// The operations of AclHelper whose behaviour is not written yet: blocking, router ACL scope,
+// shared router ACLs (their bindings included), verification and show tables. Each stops the
+// process, naming itself, rather than answer as if it had done its work.
 #include "acl/HalyardAclSm.h"
 #include "platform/vesper/Assert.h"
 
@@ -22,28 +21,7 @@ namespace {
 using AclDataPtr = AclHelper::AclDataPtr;
 using AclDataPtrConst = AclHelper::AclDataPtrConst;
 
-// ---- Bindings and interfaces.
-
-bool AclHelper::intfSupportsAcl( Pylon::IntfId ) const {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "intfSupportsAcl" );
-}
-
-Vesper::Name AclHelper::intfLinecardName( Pylon::IntfId ) const {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "intfLinecardName" );
-}
-
-bool AclHelper::addIntfToAcl( const Fennel::IntfPairKey&, const AclDataPtr&,
-                              const AclDataStatusPtr& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "addIntfToAcl" );
-}
-
-bool AclHelper::removeIntfFromAcl( const Fennel::IntfPairKey&, const AclDataPtr&, bool ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "removeIntfFromAcl" );
-}
-
-void AclHelper::updateAclPorts( const AclDataPtr&, bool ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "updateAclPorts" );
-}
+// ---- Blocking.
 
 void AclHelper::blockIntf( Pylon::IntfId, bool, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "blockIntf" );
@@ -55,25 +33,22 @@ void AclHelper::programRaclIdOrVlanId( const AclDataPtr&, U32, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "programRaclIdOrVlanId" );
 }
 
-// ---- Pre-creation, commit, teardown, exhaustion.
-
-void AclHelper::destroyAcl( const AclDataPtr& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAcl" );
-}
-
-void AclHelper::cleanupAcl( const AclDataPtr& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "cleanupAcl" );
-}
-
-void AclHelper::destroyAclEntries( const AclDataPtr&, const HalyardAclData::Ptr&,
-                                   HalyardAclFeature ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "destroyAclEntries" );
-}
-
 // ---- Shared router ACLs.
 
 bool AclHelper::sharedAclDataForVlansSupported( const Fennel::AclKey& ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "sharedAclDataForVlansSupported" );
+}
+
+bool AclHelper::addIntfToSharedAcl( Pylon::IntfId, const AclDataPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "addIntfToSharedAcl" );
+}
+
+bool AclHelper::removeIntfFromSharedAcl( Pylon::IntfId, const AclDataPtr&, bool ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "removeIntfFromSharedAcl" );
+}
+
+void AclHelper::removeIntfClassIdForVlan( Pylon::IntfId, const AclDataPtr& ) {
+   HALYARD_ACL_NOT_AVAILABLE_YET( "removeIntfClassIdForVlan" );
 }
 
 // ---- Rules as they stand, and verification against the hardware.
@@ -201,7 +176,7 @@ void AclHelper::verifyDropAllRule( const AclDataPtrConst&, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "verifyDropAllRule" );
 }
 
-// ---- Show tables and counters.
+// ---- Show tables.
 
 void AclHelper::showAclTypeHeader( U32, U32, Acl::AclType ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "showAclTypeHeader" );
@@ -225,14 +200,6 @@ void AclHelper::showDropEntry( U32, U32, const AclDataPtrConst& ) {
 
 void AclHelper::showSharedRaclData( U32, U32 ) {
    HALYARD_ACL_NOT_AVAILABLE_YET( "showSharedRaclData" );
-}
-
-bool AclHelper::aclCountersAllocated( const AclDataPtrConst& ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "aclCountersAllocated" );
-}
-
-U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst&, U32, Acl::UniqueId ) {
-   HALYARD_ACL_NOT_AVAILABLE_YET( "aclRuleCountersSinceLastPoll" );
 }
 
 }  // namespace Halyard

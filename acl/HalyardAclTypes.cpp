@@ -117,12 +117,17 @@ AclUnitData::Ptr HalyardAclData::unitDataIs( U32 unit, Acl::AclType type,
 }
 
 bool HalyardAclData::oneActivePort() const {
+   bool found = false;
    for ( const auto& member : unitData_ ) {
       if ( !member.value()->activePort().empty() ) {
-         return true;
+         found = true;
+         break;
       }
    }
-   return false;
+   VTRACE( 5, "HalyardAclData::oneActivePort() aclName=" << name() << " type=" << type()
+                                                         << " direction=" << direction()
+                                                         << " foundActivePort=" << found );
+   return found;
 }
 
 }  // namespace Halyard

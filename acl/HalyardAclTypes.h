@@ -90,6 +90,9 @@ class AclUnitData : public Vesper::PtrInterface {
    // Every active port, and the ports of sub-interfaces.
    const bcm_pbmp_t& portMask() const { return portMask_; }
    const bcm_pbmp_t& subIntfPortMask() const { return subIntfPortMask_; }
+   // Replaces the mask of active ports with the ports of the session source interfaces (the
+   // mirroring side's port updates), until the next change of activePort recomputes it.
+   void portMaskIs( const bcm_pbmp_t& mask ) { portMask_ = mask; }
    void subIntfPortMaskIs( const bcm_pbmp_t& mask ) { subIntfPortMask_ = mask; }
    // One of the masks as text of '0' and '1' for traces and show output: the first four
    // 32-bit words only (128 characters whatever the width of the bitmap), the highest bit of
@@ -107,6 +110,13 @@ class AclUnitData : public Vesper::PtrInterface {
    // Ports on which intfClass has been written to the hardware.
    const KeySet<U32>& intfClassAppliedPort() const { return intfClassAppliedPort_; }
    bool intfClassAppliedPortHas( U32 port ) const { return intfClassAppliedPort_.has( port ); }
+   // Bookkeeping only: the caller has written the port's class (AclHelper::doSetPortClass).
+   void intfClassAppliedPortIs( U32 port ) { intfClassAppliedPort_.set( port, true ); }
+   // True when the port was a member.
+   bool intfClassAppliedPortDel( U32 port ) {
+      return intfClassAppliedPort_.del( port ).has_value();
+   }
+   void intfClassAppliedPortDelAll() { intfClassAppliedPort_.clear(); }
 
    // Leave out the link-local multicast entry of the ACL's deny rules.
    bool skipProgrammingLlmEntry() const { return skipProgrammingLlmEntry_; }
@@ -163,7 +173,8 @@ class HalyardAclData : public Vesper::PtrInterface {
    AclUnitData::Ptr unitDataDel( U32 unit ) { return unitData_.del( unit ); }
    void unitDataDelAll() { unitData_.delAll(); }
 
-   // Whether the ACL is bound to some port on some unit.
+   // Whether the ACL is bound to some port on some unit: true at the first unit with an active
+   // port (it does not count them).
    bool oneActivePort() const;
 
  private:

@@ -43,34 +43,26 @@ TEST_P( PendingDeathTest, StopsNamingTheOperation ) {
 }
 
 const PendingCase pendingCases[] = {
-    { "destroyAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.destroyAcl( a ); } },
-    { "cleanupAcl", []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.cleanupAcl( a ); } },
-    { "updateAclPorts",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.updateAclPorts( a, true ); } },
     { "blockIntf",
       []( AclHelper& h, const Fennel::AclData::Ptr& ) {
          h.blockIntf( Pylon::IntfId::ethernet( 1 ), true, 0 );
-      } },
-    { "intfSupportsAcl",
-      []( AclHelper& h, const Fennel::AclData::Ptr& ) {
-         h.intfSupportsAcl( Pylon::IntfId::ethernet( 1 ) );
       } },
     { "sharedAclDataForVlansSupported",
       []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
          h.sharedAclDataForVlansSupported( a->key() );
       } },
+    { "addIntfToSharedAcl",
+      []( AclHelper& h, const Fennel::AclData::Ptr& ) {
+         const auto shared = Fennel::aclDataFactory( Fennel::AclKey(
+             "shared", Acl::ip_, Acl::in_, false,
+             Fennel::AclVlanIdOrNone( Fennel::AclVlanIdOrNone::vlanSharingId() ) ) );
+         h.addIntfToAcl( Fennel::IntfPairKey( Pylon::IntfId::vlan( Pylon::VlanId( 10 ) ), {} ),
+                         shared, nullptr );
+      } },
     { "verifyAclGeneral",
       []( AclHelper& h, const Fennel::AclData::Ptr& a ) { h.verifyAclGeneral( a ); } },
     { "showSharedRaclData",
       []( AclHelper& h, const Fennel::AclData::Ptr& ) { h.showSharedRaclData( 1, 0 ); } },
-    { "aclRuleCountersSinceLastPoll",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
-         h.aclRuleCountersSinceLastPoll( a, 10, Acl::UniqueId( 1 ) );
-      } },
-    { "destroyAclEntries",
-      []( AclHelper& h, const Fennel::AclData::Ptr& a ) {
-         h.destroyAclEntries( a, nullptr, aclFeatureSecurity );
-      } },
 };
 
 INSTANTIATE_TEST_SUITE_P( Operations, PendingDeathTest, ::testing::ValuesIn( pendingCases ),
