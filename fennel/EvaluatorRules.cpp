@@ -60,8 +60,8 @@ bool termAdmitsSome( const Acl::FieldTerm& term ) {
          return term.values()[0] != 0;
       case Acl::FieldOp::neq: {
          std::vector<U16> v = term.values();
-         std::ranges::sort( v );
-         return std::ranges::unique( v ).begin() - v.begin() < 0x10000;
+         std::sort( v.begin(), v.end() );
+         return std::unique( v.begin(), v.end() ) - v.begin() < 0x10000;
       }
       default:
          return true;

@@ -17,9 +17,8 @@ std::vector<PortRange> admittedRanges( const FieldTerm& term ) {
          return { PortRange{ 0, 0xFFFF } };
       case FieldOp::eq: {
          std::vector<U16> sorted = v;
-         std::ranges::sort( sorted );
-         const auto dupes = std::ranges::unique( sorted );
-         sorted.erase( dupes.begin(), dupes.end() );
+         std::sort( sorted.begin(), sorted.end() );
+         sorted.erase( std::unique( sorted.begin(), sorted.end() ), sorted.end() );
          std::vector<PortRange> out;
          for ( U16 p : sorted ) {
             out.push_back( PortRange{ p, p } );

@@ -65,8 +65,9 @@ TEST_P( PayloadOnEachChipKind, HardwareAgreesWithTheReference ) {
    std::mt19937 rng( 6 );
    auto byte = [&] { return static_cast<U8>( rng() % 4 == 0 ? 0xAB : rng() ); };
    for ( int i = 0; i < 400; ++i ) {
-      Fennel::Packet p =
-          l4Packet( udp, "10.0.0.9", rng() % 3 ? "10.0.0.1" : "10.0.0.2", 7, rng() % 2 ? 53 : 54 );
+      const char* dst = rng() % 3 ? "10.0.0.1" : "10.0.0.2";
+      const U16 dport = rng() % 2 ? 53 : 54;
+      Fennel::Packet p = l4Packet( udp, "10.0.0.9", dst, 7, dport );
       p.payload = { byte(), byte(), static_cast<U8>( rng() % 3 ? 0xCD : 0 ), byte() };
       p.in = v4In;
       EXPECT_EQ( "", sw.disagreement( p ) ) << "packet " << i;

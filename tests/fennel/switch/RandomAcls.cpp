@@ -68,7 +68,8 @@ Acl::AclConfig::Ptr RandomAcls::macListIs( const Acl::Config::Ptr& config, const
          if ( roll < 3 ) {
             set( pick( addrs_ ), all );
          } else if ( roll < 5 ) {
-            set( pick( addrs_ ), randomMask() );
+            const Pylon::EthAddr addr = pick( addrs_ );
+            set( addr, randomMask() );
          }
       };
       term( [&]( const auto& a, const auto& m ) { f.sourceIs( a, m ); } );
@@ -110,15 +111,18 @@ Fennel::Packet RandomAcls::packetOfType( const Pylon::EthAddr& src, const Pylon:
 Fennel::Packet RandomAcls::macPacketFor( const Acl::AclConfig& acl ) {
    if ( acl.ruleCount() == 0 || below( 4 ) == 0 ) {
       const U16 type = below( 4 ) ? pick( etherTypes_ ) : static_cast<U16>( below( 0x10000 ) );
-      return packetOfType( pick( addrs_ ), below( 3 ) ? pick( addrs_ ) : randomAddr(), type );
+      const Pylon::EthAddr src = pick( addrs_ );
+      const Pylon::EthAddr dst = below( 3 ) ? pick( addrs_ ) : randomAddr();
+      return packetOfType( src, dst, type );
    }
    auto it = acl.rule().begin();
    std::advance( it, below( static_cast<U32>( acl.ruleCount() ) ) );
    const Acl::MacFilter& f = it->second.macFilter();
    const U16 type =
        f.proto() == Acl::MacFilter::protoAny ? pick( etherTypes_ ) : static_cast<U16>( f.proto() );
-   return packetOfType( aimed( f.source(), f.sourceMask() ),
-                        aimed( f.destination(), f.destinationMask() ), type );
+   const Pylon::EthAddr src = aimed( f.source(), f.sourceMask() );
+   const Pylon::EthAddr dst = aimed( f.destination(), f.destinationMask() );
+   return packetOfType( src, dst, type );
 }
 
 U16 RandomAcls::near( const Acl::FieldTerm& term ) {
@@ -186,7 +190,8 @@ void RandomAcls::layer4For( const Acl::IpFilterBase* f, U8 proto, Fennel::Packet
       Fennel::PacketL4Ports ports{ near( sport ), near( dport ), 0 };
       if ( proto == 6 ) {
          const U8 wanted = f ? f->tcpFlags() : 0;
-         ports.flags = static_cast<U8>( ( below( 4 ) ? wanted : 0 ) | ( below( 64 ) & 0x3F ) );
+         const U8 kept = below( 4 ) ? wanted : 0;
+         ports.flags = static_cast<U8>( kept | below( 64 ) );
          p.tcp = ports;
       } else {
          p.udp = ports;
@@ -221,7 +226,9 @@ Fennel::Packet RandomAcls::ipPacketFor( const Acl::AclConfig& acl ) {
    const Fennel::Frag frag = fragRoll < 6   ? Fennel::Frag::none
                              : fragRoll < 8 ? Fennel::Frag::first
                                             : Fennel::Frag::later;
-   Fennel::Packet p = packetOfType( pick( addrs_ ), pick( addrs_ ), v6 ? 0x86DD : 0x0800 );
+   const Pylon::EthAddr src = pick( addrs_ );
+   const Pylon::EthAddr dst = pick( addrs_ );
+   Fennel::Packet p = packetOfType( src, dst, v6 ? 0x86DD : 0x0800 );
    p.in = Pylon::IntfId::ethernet( 1 );
    p.udp.reset();
    const bool ttlTerm = f && f->ttl().op() == Acl::TtlOp::eq;

@@ -1,6 +1,7 @@
 // Random ACLs and the packets that probe them, from a seed: rules drawn from small pools of
 // addresses and values so that they overlap and shadow each other, and packets aimed at a
-// chosen rule (its masked bits, anything elsewhere) or drawn from the same pools.
+// chosen rule (its masked bits, anything elsewhere) or drawn from the same pools. The draws are
+// made one statement at a time, so that every compiler makes the same ones from a seed.
 #pragma once
 
 #include <random>
