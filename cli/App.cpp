@@ -41,11 +41,11 @@ const Command kCommands[] = {
     { "verify", "CONFIG", "read the hardware back; one line per finding", oneConfig | json,
       runVerify, false },
     { "trace", "CONFIG", "the field-processor command log of programming", oneConfig, runTrace,
-      false },
+      true },
     { "replay", "CONFIG [CONFIG...] PACKETS", "push packets through the switch; --check compares",
       configs | packets | json | check, runReplay, true },
     { "bringup", "", "bring the switch up and show its hidden entries", 0, runBringup, true },
-    { "demo", "", "the main job: bring-up, example ACLs and packets", 0, runDemo, true },
+    { "demo", "", "the main job: example ACLs applied, example packets checked", 0, runDemo, true },
 };
 
 std::string helpText() {

@@ -1,14 +1,16 @@
-// demo: the README's main job on the default switch. The back-end's bring-up and what it leaves
-// in the chips, then the example configuration and packets as read; applying them and
-// replaying the packets against the reference evaluator come with the generic ACL layer.
+// demo: the README's main job on the default switch. The example configuration is applied
+// (what its ACLs became in the TCAM of each unit), then the example packets are replayed with
+// the check against the reference evaluator (what the ACLs do to traffic).
 #include <filesystem>
 #include <ostream>
 
-#include "cli/BringupReport.h"
 #include "cli/Command.h"
-#include "cli/SimAgent.h"
 #include "cli/ToolInput.h"
+#include "cli/replay/Replayer.h"
+#include "cli/report/ApplySummary.h"
 #include "cli/report/ConfigSummary.h"
+#include "cli/report/ReplayReport.h"
+#include "cli/switch/ApplyConfigs.h"
 
 namespace HalyardCli {
 
@@ -37,24 +39,32 @@ std::string examplePath( const std::string& relative ) {
 
 int runDemo( const Invocation& inv ) {
    const Sim::SwitchProfile profile = loadProfile( inv.switchProfile );
-   const auto setups = readConfigs( { examplePath( kDemoConfig ) }, profile, inv.err );
-   CommandArgs packetArgs;
-   const auto packets = readPacketsFor( examplePath( kDemoPackets ), packetArgs, profile, inv.err );
+   auto setups = readConfigs( { examplePath( kDemoConfig ) }, profile, inv.err );
+   const auto packets =
+       readPacketsFor( examplePath( kDemoPackets ), CommandArgs{}, profile, inv.err );
    if ( !setups || !packets ) {
       return kExitInput;
    }
-   inv.out << "demo: bring-up of the back-end on the switch, as an agent does at start\n\n";
-   SimAgent agent( profile );
-   agent.hwInit();
-   writeBringupReport( agent, inv.out );
-   inv.out << "\n" << kDemoConfig << "\n";
-   writeConfigSummary( setups->front(), inv.out );
-   inv.out << "\n" << kDemoPackets << "\n";
-   writePacketSummary( *packets, inv.out );
-   inv.out << "\nnot available in this build yet: applying the configuration to the switch and "
-              "replaying\nthe packets with --check against the reference evaluator (they need "
-              "the generic ACL layer)\n";
-   return kExitOk;
+   const ConfigFiles files{ { kDemoConfig }, std::move( *setups ) };
+   if ( !programmable( files, "demo", inv.err ) ) {
+      return kExitUnavailable;
+   }
+   inv.out << "halyard-acl demo: " << kDemoConfig << " applied to the " << profile.name()
+           << " switch, then\n"
+           << kDemoPackets << " pushed through it and checked against the reference evaluator\n\n"
+           << "the configuration:\n";
+   writeConfigSummary( files.setups.front(), inv.out );
+
+   AclSwitch sw( profile );
+   applyInTurn( sw, files, "demo", inv.err );
+   inv.out << "\n$ halyard-acl apply " << kDemoConfig << "\n";
+   writeApplyText( summarize( sw ), inv.out );
+
+   inv.out << "\n$ halyard-acl replay --check " << kDemoConfig << " " << kDemoPackets << "\n";
+   Replayer replayer( sw, true );
+   const auto writer = replayTextWriter( inv.out, true );
+   replayAll( replayer, *packets, *writer, sw.machine() );
+   return replayer.totals().disagree != 0 ? kExitFinding : kExitOk;
 }
 
 }  // namespace HalyardCli

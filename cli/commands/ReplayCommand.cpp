@@ -64,16 +64,16 @@ int runReplay( const Invocation& inv ) {
    Replayer replayer( sw, check );
    const auto writer = inv.args.json ? replayJsonWriter( inv.out, inv.err, check )
                                      : replayTextWriter( inv.out, check );
-   const bool progress = showProgress( inv, packets->size() );
-   for ( const Fennel::Packet& packet : *packets ) {
-      writer->packet( replayer.replay( packet ) );
-      const U32 done = replayer.totals().packets;
-      if ( progress && ( done % kProgressEvery == 0 || done == packets->size() ) ) {
-         inv.err << "\rreplay: " << done << " of " << packets->size() << " packets"
-                 << ( done == packets->size() ? "\n" : "" ) << std::flush;
-      }
+   std::function<void( U32 )> progress;
+   if ( showProgress( inv, packets->size() ) ) {
+      progress = [&inv, total = packets->size()]( U32 done ) {
+         if ( done % kProgressEvery == 0 || done == total ) {
+            inv.err << "\rreplay: " << done << " of " << total << " packets"
+                    << ( done == total ? "\n" : "" ) << std::flush;
+         }
+      };
    }
-   writer->finish( replayer.totals(), sw.machine() );
+   replayAll( replayer, *packets, *writer, sw.machine(), progress );
    return check && replayer.totals().disagree != 0 ? kExitFinding : kExitOk;
 }
 

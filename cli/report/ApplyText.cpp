@@ -74,8 +74,7 @@ void writeGroups( const UnitSummary& unit, std::ostream& out ) {
       }
       out << "  " << std::left << std::setw( int( width ) ) << names[i] << "  " << std::setw( 5 )
           << g.stage << std::right << std::setw( 9 ) << g.used << std::setw( 10 ) << g.capacity
-          << std::setw( 8 ) << g.slices << ( g.wide ? " (wide key: half a slice each)" : "" )
-          << "\n";
+          << std::setw( 8 ) << g.slices << ( g.wide ? "  wide key" : "" ) << "\n";
    }
 }
 
@@ -102,8 +101,9 @@ void writeExpanded( const ApplySummary& summary, std::ostream& out ) {
    }
    out << "rules whose port ranges went in as masked blocks (entries per unit):\n";
    for ( const ExpandedSummary& e : summary.expanded ) {
-      out << "  " << e.acl << ", sequence " << e.seq << ": " << e.entries << " as blocks, "
-          << e.entriesWithCheckers << " with range checkers\n";
+      out << "  " << e.acl << ", sequence " << e.seq << ": " << e.entries
+          << " entries as blocks, in place of " << e.entriesWithCheckers
+          << " with range checkers\n";
    }
    out << "\n";
 }

@@ -2,8 +2,10 @@
 // the totals and the hits per rule.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <ostream>
+#include <vector>
 
 #include "cli/replay/Replayer.h"
 
@@ -16,6 +18,12 @@ class ReplayWriter {
    // `acls`: the generic layer's ACL state, for the rules that no packet hit.
    virtual void finish( const ReplayTotals& totals, const Fennel::GenericAclSm& machine ) = 0;
 };
+
+// Replays every packet in order, handing each outcome to the writer, then finishes it.
+// `progress` hears the count of packets done after each one.
+void replayAll( Replayer& replayer, const std::vector<Fennel::Packet>& packets,
+                ReplayWriter& writer, const Fennel::GenericAclSm& machine,
+                const std::function<void( U32 )>& progress = {} );
 
 // Text: a header, one line per packet (with `check`, whether it agrees, and where it does not
 // the difference beneath), then the totals and the hits per rule.

@@ -105,13 +105,16 @@ void AclSwitch::bringUp() {
    }
 }
 
-U32 AclSwitch::apply( const AclSetup& setup ) {
+U32 AclSwitch::apply( const AclSetup& setup, const std::function<void( U32 )>& beforePass ) {
    copyParams( *setup.paramConfig, *agent_.paramConfig() );
    copyLists( *setup.config, *agent_.config() );
    copyBindings( *setup.intfConfig, *agent_.intfConfig() );
    standing_ = setup;
    U32 passes = 0;
    do {
+      if ( beforePass ) {
+         beforePass( passes + 1 );
+      }
       machine_->runPass();
       ++passes;
    } while ( passes < kMaxPasses && expansionWaiting( *machine_ ) );

@@ -17,6 +17,7 @@
 // REQUIRES: one AclSwitch at a time (the simulated switch installs process-wide records).
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "cli/SimAgent.h"
@@ -38,7 +39,8 @@ class AclSwitch {
    // trace of programming can leave it out.
    void bringUp();
    // Applies `setup` as the next configuration (contract 2); answers the passes run.
-   U32 apply( const AclSetup& setup );
+   // `beforePass` hears of each pass (1 for the first) before it runs.
+   U32 apply( const AclSetup& setup, const std::function<void( U32 )>& beforePass = {} );
    // The configuration applied last; null before the first.
    const AclSetup* standing() const { return standing_ ? &*standing_ : nullptr; }
 

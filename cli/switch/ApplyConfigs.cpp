@@ -22,7 +22,7 @@ bool programmable( const ConfigFiles& files, const std::string& command, std::os
 }
 
 bool applyInTurn( AclSwitch& sw, const ConfigFiles& files, const std::string& command,
-                  std::ostream& err ) {
+                  std::ostream& err, const std::function<void( std::size_t, U32 )>& beforePass ) {
    for ( std::size_t i = 0; i < files.setups.size(); ++i ) {
       if ( i > 0 ) {
          if ( const auto why = pendingReapply( sw.machine() ) ) {
@@ -31,7 +31,11 @@ bool applyInTurn( AclSwitch& sw, const ConfigFiles& files, const std::string& co
             return false;
          }
       }
-      sw.apply( files.setups[i] );
+      std::function<void( U32 )> hear;
+      if ( beforePass ) {
+         hear = [&beforePass, i]( U32 pass ) { beforePass( i, pass ); };
+      }
+      sw.apply( files.setups[i], hear );
    }
    return true;
 }

@@ -3,6 +3,7 @@
 // programmed.
 #pragma once
 
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -25,7 +26,9 @@ bool programmable( const ConfigFiles& files, const std::string& command, std::os
 // waiting to be applied again (it did not fit) is not applied: that needs teardown. Writes
 // why and answers false then; what the earlier ones programmed stands.
 // REQUIRES: programmable( files, ... ).
+// `beforePass` hears of each pass: the configuration's index and the pass (1 for the first).
 bool applyInTurn( AclSwitch& sw, const ConfigFiles& files, const std::string& command,
-                  std::ostream& err );
+                  std::ostream& err,
+                  const std::function<void( std::size_t, U32 )>& beforePass = {} );
 
 }  // namespace HalyardCli

@@ -1,0 +1,2 @@
+# apply --json: the same state as one object.
+apply --json examples/acls/demo.acl

@@ -1,0 +1,2 @@
+# trace: the field-processor commands of programming, per unit.
+trace tests/e2e/inputs/small.acl
