@@ -6,32 +6,12 @@
 
 #include "fennel/HalyardView.h"
 #include "platform/pylon/ValueText.h"
-#include "tests/support/AclRecords.h"
 
 namespace FennelTest {
 
 namespace {
 
 using Fennel::RuleOrigin;
-
-// Bindings as ports on the ACL's unit records, ahead of its first pass.
-class BindingOps : public Fennel::AclBindingOps {
- public:
-   explicit BindingOps( Halyard::AclHelper::Ptr helper ) : helper_( std::move( helper ) ) {}
-   bool add( const Fennel::IntfPairKey& intf, const Fennel::AclData::Ptr& aclData,
-             const Fennel::AclDataStatus::Ptr& ) override {
-      HalyardTest::bindPort( helper_, aclData, intf.intfId() );
-      return false;
-   }
-   bool remove( const Fennel::IntfPairKey&, const Fennel::AclData::Ptr&, bool ) override {
-      ADD_FAILURE() << "bindings that go need the back-end's removeIntfFromAcl";
-      return false;
-   }
-   void updatePorts( const Fennel::AclData::Ptr&, bool ) override {}
-
- private:
-   Halyard::AclHelper::Ptr helper_;
-};
 
 HalyardTest::AgentOptions agentOptions( const Sim::SwitchOptions& sim ) {
    HalyardTest::AgentOptions options;
@@ -94,9 +74,7 @@ GenericMachineRegistration::~GenericMachineRegistration() {
 
 GenericSwitch::GenericSwitch( const Sim::SwitchProfile& profile, const Sim::SwitchOptions& options )
     : agent_( profile, agentOptions( options ) ),
-      machine_( Fennel::GenericAclSm::from( agent_.aclSmEntity()->aclSm() ) ) {
-   machine_->bindingOpsIs( std::make_shared<BindingOps>( agent_.helper() ) );
-}
+      machine_( Fennel::GenericAclSm::from( agent_.aclSmEntity()->aclSm() ) ) {}
 
 void GenericSwitch::bind( Acl::AclType type, const std::string& name, Pylon::IntfId intf,
                           Acl::AclDirection direction ) {

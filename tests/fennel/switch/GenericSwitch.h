@@ -2,10 +2,6 @@
 // and the generic layer's own machine around it, and the means to set the hardware's answer
 // for a packet beside the reference evaluator's.
 //
-// Bindings reach the back-end through the test's binding operations (BindingOps below) where
-// the back-end does not serve addIntfToAcl yet: a port joins the ACL's unit records, as binding
-// does ahead of the first pass, and the entries carry the port from their creation.
-//
 // REQUIRES: one GenericSwitch at a time (the simulated switch installs process-wide records);
 // the caller holds the activity lock.
 #pragma once
