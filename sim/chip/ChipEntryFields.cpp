@@ -24,7 +24,8 @@ Status ChipModel::qualifierIs( EntryId id, QualId q, U64 data, U64 mask ) {
       return Status::NotFound;
    }
    const U8 width = qualWidth( q );
-   if ( width > 8 || isEnumQual( q ) || !fits( data, width ) || !fits( mask, width ) ) {
+   if ( width > 8 || isEnumQual( q ) || !fits( data, width ) || !fits( mask, width ) ||
+        !keysOf( *e ).has( q ) ) {
       return Status::Param;
    }
    e->quals[q] = QualValue::fromU64( width, data, mask );
@@ -39,7 +40,8 @@ Status ChipModel::qualifierIs( EntryId id, QualId q, std::span<const U8> data,
       return Status::NotFound;
    }
    const U8 width = qualWidth( q );
-   if ( isEnumQual( q ) || data.size() != width || mask.size() != width ) {
+   if ( isEnumQual( q ) || data.size() != width || mask.size() != width ||
+        !keysOf( *e ).has( q ) ) {
       return Status::Param;
    }
    QualValue v;
@@ -92,6 +94,9 @@ Status ChipModel::ipFragIs( EntryId id, IpFrag frag ) {
    if ( !e ) {
       return Status::NotFound;
    }
+   if ( !keysOf( *e ).has( QualId::IpFrag ) ) {
+      return Status::Param;
+   }
    e->quals[QualId::IpFrag] = QualValue::fromU64( 1, static_cast<U64>( frag ), 0xFF );
    softwareChanged( *e );
    return Status::Ok;
@@ -107,6 +112,9 @@ Status ChipModel::ipTypeIs( EntryId id, IpType type ) {
    if ( !e ) {
       return Status::NotFound;
    }
+   if ( !keysOf( *e ).has( QualId::IpType ) ) {
+      return Status::Param;
+   }
    e->quals[QualId::IpType] = QualValue::fromU64( 1, static_cast<U64>( type ), 0xFF );
    softwareChanged( *e );
    return Status::Ok;
@@ -121,6 +129,9 @@ Status ChipModel::inPortsIs( EntryId id, const PortBitmap& data, const PortBitma
    EntryRecord* e = find( id );
    if ( !e ) {
       return Status::NotFound;
+   }
+   if ( !keysOf( *e ).inPorts ) {
+      return Status::Param;
    }
    e->inPorts = InPortsValue{ data, mask };
    softwareChanged( *e );
@@ -159,6 +170,9 @@ Status ChipModel::rangeCheckAttach( EntryId id, RangeCheckerId checker, bool inv
    EntryRecord* e = find( id );
    if ( !e || !ranges_.get( checker ) ) {
       return Status::NotFound;
+   }
+   if ( !keysOf( *e ).rangeChecks ) {
+      return Status::Param;
    }
    auto it = std::find_if( e->ranges.begin(), e->ranges.end(),
                            [checker]( const RangeCheckRef& r ) { return r.id == checker; } );
@@ -226,7 +240,7 @@ Status ChipModel::udfDataIs( EntryId id, UdfId chunk, std::span<const U8> data,
    if ( !e || !c ) {
       return Status::NotFound;
    }
-   if ( data.size() != c->length || mask.size() != c->length ) {
+   if ( data.size() != c->length || mask.size() != c->length || !keysOf( *e ).udf ) {
       return Status::Param;
    }
    UdfValue v;
@@ -286,6 +300,9 @@ Status ChipModel::addAction( EntryId id, ActionId a, const ActionValue& v ) {
    EntryRecord* e = find( id );
    if ( !e ) {
       return Status::NotFound;
+   }
+   if ( !keysOf( *e ).allows( a ) ) {
+      return Status::Param;
    }
    if ( auto other = excludedBy( a ); other && e->actions.count( *other ) ) {
       return Status::Conflict;

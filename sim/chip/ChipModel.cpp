@@ -95,6 +95,24 @@ Status ChipModel::groupPriorityIs( GroupId id, S32 priority ) {
    return Status::Ok;
 }
 
+Status ChipModel::groupKeySetIs( GroupId id, const KeySet& keys ) {
+   GroupRecord* g = findGroup( id );
+   if ( !g ) {
+      return Status::NotFound;
+   }
+   g->keys = keys;
+   return Status::Ok;
+}
+
+std::optional<KeySet> ChipModel::groupKeySet( GroupId id ) const {
+   auto it = groups_.find( id );
+   return it == groups_.end() ? std::nullopt : std::optional<KeySet>( it->second->keys );
+}
+
+const KeySet& ChipModel::keysOf( const EntryRecord& e ) const {
+   return groups_.at( e.group )->keys;
+}
+
 std::optional<GroupInfo> ChipModel::group( GroupId id ) const {
    auto it = groups_.find( id );
    if ( it == groups_.end() ) {

@@ -26,7 +26,8 @@
 //      for this module; an ingress port out of STP forwarding state forwards nothing (its CPU
 //      copies still go), and EFP sees no copy of a packet that goes nowhere.
 //   6. Entry priorities above kMaxPriority, ports at or beyond portCount and VLANs above 4095
-//      are refused with Status::Param or Status::NotFound.
+//      are refused with Status::Param or Status::NotFound; so is a write outside the key set
+//      of the entry's group (Status::Param).
 //   7. A packet whose ingress or egress ports are not ports of this chip is a caller error and
 //      raises Vesper::RangeException.
 //   8. Single-threaded: the owner serialises calls. lookup is not const, since it counts hits.
@@ -96,6 +97,9 @@ class ChipModel {
    Status groupCreate( GroupId id, Stage stage, S32 priority );
    Status groupDestroy( GroupId id );  // Busy while it holds entries
    Status groupPriorityIs( GroupId id, S32 priority );
+   // What the group's key holds (KeySet); a new group takes everything.
+   Status groupKeySetIs( GroupId id, const KeySet& keys );
+   std::optional<KeySet> groupKeySet( GroupId id ) const;
    std::optional<GroupInfo> group( GroupId id ) const;
    std::vector<GroupId> groups() const;  // ascending id
 
@@ -192,6 +196,7 @@ class ChipModel {
 
    EntryRecord* find( EntryId id );
    const EntryRecord* find( EntryId id ) const;
+   const KeySet& keysOf( const EntryRecord& e ) const;
    GroupRecord* findGroup( GroupId id );
    // The entry changed in a way the lookup of its group must see at once: its hardware face
    // or its state (install, remove, enable), or only its place in the order.

@@ -25,6 +25,7 @@ struct ChipModel::GroupRecord {
    GroupId id = 0;
    Stage stage = Stage::Ifp;
    S32 priority = 0;
+   KeySet keys = KeySet::all();
    std::vector<EntryRecord*> members;  // unordered
 
    // The index, kept up to date at every change, when the chip looks up by index.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -174,6 +175,29 @@ inline constexpr std::size_t kActionCount =
 std::string_view actionName( ActionId a );
 // Actions whose parameter is a port bitmap rather than two numbers.
 bool isPortAction( ActionId a );
+
+// What the key of a group holds and what its entries may do: a write of any other qualifier,
+// of InPorts, of a range checker, of user-defined field data or of any other action is
+// refused with Status::Param, as the SDK refuses a field outside a group's qualifier set. A
+// group made without one takes everything.
+struct KeySet {
+   std::bitset<kQualCount> quals;
+   bool inPorts = false;
+   bool rangeChecks = false;
+   bool udf = false;
+   std::bitset<kActionCount> actions;
+
+   static KeySet all() {
+      KeySet k;
+      k.quals.set();
+      k.inPorts = k.rangeChecks = k.udf = true;
+      k.actions.set();
+      return k;
+   }
+   bool has( QualId q ) const { return quals.test( static_cast<std::size_t>( q ) ); }
+   bool allows( ActionId a ) const { return actions.test( static_cast<std::size_t>( a ) ); }
+   friend bool operator==( const KeySet&, const KeySet& ) = default;
+};
 
 struct ActionParams {
    U32 param1 = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/vesper/Assert.h"
+#include "sim/tcam/GroupKeys.h"
 
 namespace Sim {
 
@@ -61,6 +62,9 @@ TcamUnit::TcamUnit( ChipModel& chip, const GroupTable& table, const UnitLimits& 
       const Status s = chip.groupCreate( chipGroupOf( assignment ), def.stage,
                                          static_cast<S32>( def.priority ) );
       VESPER_ASSERT( s == Status::Ok && "a TCAM group id is already taken on the chip" );
+      const Status keyed =
+          chip.groupKeySetIs( chipGroupOf( assignment ), groupKeySet( assignment, def.stage ) );
+      VESPER_ASSERT( keyed == Status::Ok );
       GroupUse& g = groups_[assignment];
       g.stage = def.stage;
       g.wide = def.wide;

@@ -285,7 +285,7 @@ TEST_P( Ipv6Forms, TheLowerHalfCountsOnlyForTheWholeForm ) {
    const Ip6Addr a = ip6( "2001:db8:1:2:aaaa::1" );
    std::copy( a.begin(), a.end(), addr );
    std::fill( std::begin( mask ), std::end( mask ), U8{ 0xff } );
-   const U32 e = acquire( tcamGroupIpAcl );
+   const U32 e = acquire( Halyard::tcamGroupIp6Acl );
    qualify( e, addr, mask );
    SDK_CHECK( bcm_field_action_add( kUnit, e, bcmFieldActionDrop, 0, 0 ) );
    install( e );

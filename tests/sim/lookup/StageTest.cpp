@@ -99,8 +99,8 @@ TEST_P( PortClassDirection, EachStageSeesTheClassOfItsDirection ) {
 
 INSTANTIATE_TEST_SUITE_P(
     Stages, PortClassDirection,
+    // IFP groups match ports by bitmap: no key of theirs holds the port class.
     ::testing::Values( DirectionCase{ "Vfp", tcamGroupIpAclVfp, 0x21, 0x31, false },
-                       DirectionCase{ "Ifp", tcamGroupIpAcl, 0x21, 0x22, false },
                        DirectionCase{ "Efp", tcamGroupIpAclEgress, 0x32, 0x22, true } ),
     []( const auto& info ) { return std::string( info.param.name ); } );
 
@@ -109,6 +109,9 @@ struct Family {
    const char* name;
    std::function<bcm_field_action_t()> action;
    std::function<std::optional<U32>( const Verdict& )> read;
+   // Two groups of the stage that takes the action, the first of lower priority.
+   TcamGroupAssignment low = tcamGroupMacAcl;
+   TcamGroupAssignment high = tcamGroupIpAcl;
 };
 
 class GroupConflict : public LookupTest, public ::testing::WithParamInterface<Family> {
@@ -125,8 +128,8 @@ class GroupConflict : public LookupTest, public ::testing::WithParamInterface<Fa
 TEST_P( GroupConflict, TheGroupOfHigherPriorityWins ) {
    const Family& f = GetParam();
    // Acquired first, the MAC ACL entry stands in the lower group.
-   const U32 low = withAction( tcamGroupMacAcl, 9 );
-   const U32 high = withAction( tcamGroupIpAcl, 7 );
+   const U32 low = withAction( f.low, 9 );
+   const U32 high = withAction( f.high, 7 );
    SwitchVerdict v = inject( 80 );
    EXPECT_EQ( 7u, f.read( v.ingress ) ) << v.text();
    EXPECT_EQ( 1u, hits( high ) );
@@ -146,10 +149,11 @@ INSTANTIATE_TEST_SUITE_P(
                                []( const Verdict& v ) { return v.internalPriority; } },
                        Family{ "Mirror", [] { return bcmFieldActionMirrorIngressIndex; },
                                []( const Verdict& v ) { return v.mirror; } },
-                       Family{ "SourceClass", [] { return bcmFieldActionClassSourceSet; },
-                               []( const Verdict& v ) {
-                                  return std::optional<U32>( v.sourceClass );
-                               } } ),
+                       // Only VFP entries set the source class.
+                       Family{
+                           "SourceClass", [] { return bcmFieldActionClassSourceSet; },
+                           []( const Verdict& v ) { return std::optional<U32>( v.sourceClass ); },
+                           Halyard::tcamGroupMacAclVfp, tcamGroupIpAclVfp } ),
     []( const auto& info ) { return std::string( info.param.name ); } );
 
 TEST_F( LookupTest, ADropFromTheLowerGroupStillDrops ) {

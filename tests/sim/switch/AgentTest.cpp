@@ -124,7 +124,8 @@ TEST_F( VlanTopoAgentTest, AnswerChangedBehindTheAgentIsPutRight ) {
 
 TEST_F( VlanTopoAgentTest, BlockedVlanDropsRoutedTrafficOnceStepped ) {
    // What the VLAN-blocking management entry matches: the drop class on routed traffic.
-   const U32 e = newEntry( sw, 0 );
+   const auto mgmt = sw.groupManager()->entryManager( Halyard::tcamGroupAclMgmt );
+   const U32 e = mgmt->getEntry( 0, mgmt->entryBase() + 5, "VLAN blocking entry" );
    Sim::ChipModel& chip = sw.chip( 0 );
    ASSERT_EQ( Status::Ok, chip.qualifierIs( e, Sim::QualId::InterfaceClassL2,
                                             classDropRoutedTraffic_, classDropRoutedTraffic_ ) );

@@ -27,7 +27,7 @@ class InjectTest : public ::testing::Test {
       const U32 e = newEntry( sw, unit );
       Sim::ChipModel& chip = sw.chip( unit );
       EXPECT_EQ( Status::Ok, chip.inPortsIs( e, PortBitmap{ port }, chip.ports().allPorts() ) );
-      EXPECT_EQ( Status::Ok, chip.qualifierIs( e, QualId::ForwardingVlanId, vlan, 0xFFF ) );
+      EXPECT_EQ( Status::Ok, chip.qualifierIs( e, QualId::OuterVlanId, vlan, 0xFFF ) );
       EXPECT_EQ( Status::Ok, chip.actionIs( e, ActionId::CopyToCpu, 1, 0 ) );
       install( sw, unit, e );
       return e;
@@ -65,10 +65,9 @@ TEST_F( InjectTest, EntryOnTheIngressPortDropsAndCounts ) {
 }
 
 TEST_F( InjectTest, PacketForAnotherUnitCrossesByTheLinkPorts ) {
-   // On unit 1, copy to the CPU what arrives as HiGig by the link port.
+   // On unit 1, copy to the CPU what arrives by the link port.
    const U32 e = newEntry( sw, 1 );
    Sim::ChipModel& chip1 = sw.chip( 1 );
-   ASSERT_EQ( Status::Ok, chip1.qualifierIs( e, QualId::HiGig, 1, 1 ) );
    ASSERT_EQ( Status::Ok, chip1.inPortsIs( e, PortBitmap{ 32 }, chip1.ports().allPorts() ) );
    ASSERT_EQ( Status::Ok, chip1.actionIs( e, ActionId::CopyToCpu, 1, 0 ) );
    install( sw, 1, e );
@@ -82,11 +81,26 @@ TEST_F( InjectTest, PacketForAnotherUnitCrossesByTheLinkPorts ) {
    EXPECT_TRUE( v.copyToCpu() );
    EXPECT_EQ( Ports{ HalyardPort( 1, 6 ) }, v.delivered ) << v.text();
 
-   // Within unit 1 the packet is no HiGig packet.
+   // Within unit 1 the packet does not come by the link port.
    v = sw.inject( "Ethernet25", tcpPacket(), "Ethernet30" );
    EXPECT_FALSE( v.egressUnit );
    EXPECT_FALSE( v.copyToCpu() );
    EXPECT_EQ( Ports{ HalyardPort( 1, 6 ) }, v.delivered );
+}
+
+// The egress unit sees a packet from the other unit as a HiGig packet: an egress router entry
+// that drops HiGig traffic drops it there, and lets the unit's own traffic go.
+TEST_F( InjectTest, APacketFromAnotherUnitIsHiGigOnTheEgressUnit ) {
+   const U32 e = newEntry( sw, 1, Halyard::tcamGroupRouterAclEgress );
+   ASSERT_EQ( Status::Ok, sw.chip( 1 ).qualifierIs( e, QualId::HiGig, 1, 1 ) );
+   ASSERT_EQ( Status::Ok, sw.chip( 1 ).actionIs( e, ActionId::Drop, 0, 0 ) );
+   install( sw, 1, e );
+   Sim::SwitchVerdict v = sw.inject( "Ethernet1", tcpPacket(), "Ethernet30" );
+   ASSERT_TRUE( v.egress );
+   EXPECT_EQ( e, v.egress->hitIn( Halyard::tcamGroupRouterAclEgress, 6 ) );
+   EXPECT_TRUE( v.dropped() ) << v.text();
+   EXPECT_EQ( Ports{ HalyardPort( 1, 6 ) },
+              sw.inject( "Ethernet25", tcpPacket(), "Ethernet30" ).delivered );
 }
 
 TEST_F( InjectTest, DropOnTheIngressUnitNeverReachesTheOther ) {
@@ -171,7 +185,7 @@ TEST_F( InjectTest, SubInterfaceTagsAnUntaggedPacket ) {
 }
 
 TEST_F( InjectTest, EgressToAnotherVlanOrASubInterfaceIsRouted ) {
-   const U32 e = newEntry( sw, 0 );
+   const U32 e = newEntry( sw, 0, Halyard::tcamGroupRouterAcl );
    ASSERT_EQ( Status::Ok, sw.chip( 0 ).qualifierIs( e, QualId::L3Routable, 1, 1 ) );
    ASSERT_EQ( Status::Ok, sw.chip( 0 ).actionIs( e, ActionId::CopyToCpu, 1, 0 ) );
    install( sw, 0, e );
