@@ -1,6 +1,7 @@
 // A unit without room for an ACL: the generic layer commits what the back-end could build, the
 // unit that had no room stays dirty with its error published and serves nothing of the ACL, the
-// other unit serves it whole, and the ACL waits for the next pass.
+// other unit serves it whole, and the ACL waits; when room comes back the back-end asks for a
+// pass, and that pass puts the ACL in on both units.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +18,7 @@ using Acl::AclType;
 using Pylon::IntfId;
 using namespace FennelTest;
 
-TEST( ShortOfEntriesOnOneUnit, TheOtherUnitServesTheAclAndItWaitsForTheNextPass ) {
+TEST( ShortOfEntriesOnOneUnit, TheOtherUnitServesTheAclUntilRoomComesBack ) {
    Vesper::ActivityLockGuard activity;
    GenericSwitch sw;
    sw.machine().start();  // bring-up first: its hidden entries need their room
@@ -70,6 +71,22 @@ TEST( ShortOfEntriesOnOneUnit, TheOtherUnitServesTheAclAndItWaitsForTheNextPass 
    }
    EXPECT_TRUE( helper.needsDeferredUpdate() );
    EXPECT_TRUE( sw.machine().passWanted() );
+
+   // The next pass puts the ACL in on both units.
+   sw.runPass();
+   EXPECT_EQ( Fennel::aclCreateSuccess, acl.error ) << acl.errorText;
+   EXPECT_EQ( Fennel::PendingReason::none, acl.pending );
+   EXPECT_FALSE( helper.dirty() );
+   for ( const Fennel::AclUnitView& unit : Fennel::aclUnits( helper, key ) ) {
+      EXPECT_TRUE( unit.installed ) << "unit " << unit.unit;
+      EXPECT_FALSE( unit.dirty ) << "unit " << unit.unit;
+   }
+   for ( U32 i = 0; i < 300; ++i ) {
+      Fennel::Packet p = random.macPacketFor( *list );
+      p.in = IntfId::ethernet( i % 2 ? 1 : 25 );
+      EXPECT_EQ( "", sw.disagreement( p ) ) << "packet " << i;
+   }
+   EXPECT_FALSE( sw.machine().passWanted() );
 }
 
 }  // namespace
