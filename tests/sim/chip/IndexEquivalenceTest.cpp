@@ -169,7 +169,8 @@ class IndexEquivalence : public ::testing::Test {
          return;
       }
       const std::size_t i = pick( U32( live_.size() ) );
-      const auto [e, stage] = live_[i];
+      const EntryId e = live_[i].first;
+      const Stage stage = live_[i].second;
       switch ( pick( 7 ) ) {
          case 0:
             twins_.both( [&]( ChipModel& c ) { (void)c.entryRemove( e ); } );
@@ -243,7 +244,8 @@ TEST_F( IndexEquivalence, SameVerdictAsTheScanUnderRandomEntriesChangesAndPacket
    for ( U32 n = 0; n < kPackets; ++n ) {
       if ( n % 25000 == 12500 ) {
          // Most entries leave at once: the survivors keep their places among free ones.
-         for ( const auto& [e, stage] : live_ ) {
+         for ( const auto& entry : live_ ) {
+            const EntryId e = entry.first;
             if ( chance( 80 ) ) {
                twins_.both( [&]( ChipModel& c ) { (void)c.entryRemove( e ); } );
             }
