@@ -103,6 +103,9 @@ struct AclState {
    U32 applications = 0;  // passes that created its rules
    AclData::Ptr aclData;  // the record handed to the back-end
    AclDataStatus::Ptr status;
+   // Hits of each configured rule (by sequence number) since the ACL last went in, as far as
+   // pollCounters() has read them. The entry that passes later fragments counts nothing.
+   std::map<U32, U64> hits;
 
    // The configured sequence number of a rule number; nullopt for the neighbour discovery
    // permits, the closing rule and numbers out of range.
@@ -166,6 +169,11 @@ class GenericAclSm : public AclSm {
    // Whether a pass has work: a change of configuration or bindings, a pending ACL, or the
    // back-end asking for a deferred update.
    bool passWanted() const;
+
+   // Reads the new hits of every configured rule of every ACL that stands whole in hardware
+   // (committed, nothing pending) into AclState::hits. Others are not read: the back-end counts
+   // only ACLs installed on every unit.
+   void pollCounters();
 
    const std::map<AclKey, AclState>& acls() const { return state_; }
    const AclState* acl( const AclKey& key ) const;

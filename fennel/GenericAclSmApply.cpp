@@ -126,6 +126,7 @@ void GenericAclSm::createRules( AclState& acl, Memory& memory, const Acl::AclCon
    FennelHelper::AclHelper& helper = *aclHelper();
    acl.rules.clear();
    acl.expanded.clear();
+   acl.hits.clear();  // a new generation counts from nothing
    acl.error = aclCreateSuccess;
    acl.errorText.clear();
    acl.pending = PendingReason::none;

@@ -1,9 +1,11 @@
 // Random MAC ACLs bound in and out on ports of both units, applied by the generic machine: every
 // packet of a random set gets the verdict and the hit rule, by sequence number, that the
-// reference evaluator gives. On the default switch and on a switch of each chip kind.
+// reference evaluator gives, and the rules' hit counters add up to the same. On the default
+// switch and on a switch of each chip kind.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 #include "fennel/HalyardView.h"
@@ -56,6 +58,7 @@ void agreeOnRandomMacAcls( GenericSwitch& sw, const Wiring& w, U32 seed, U32 pac
    U32 disagreements = 0;
    U32 permitted = 0;
    std::set<std::pair<std::string, U32>> rulesHit;
+   std::map<Fennel::AclKey, std::map<U32, U64>> expectedHits;
    for ( U32 i = 0; i < packets; ++i ) {
       const IntfId in = random.pick( ins );
       const std::optional<IntfId> out = random.pick( outs );
@@ -72,11 +75,30 @@ void agreeOnRandomMacAcls( GenericSwitch& sw, const Wiring& w, U32 seed, U32 pac
       }
       const Fennel::Evaluation reference = sw.reference( p );
       permitted += reference.permit ? 1 : 0;
+      bool ingressPermits = true;
       for ( const Fennel::AclVerdict& v : reference.acls ) {
          rulesHit.insert( { v.aclName.str(), v.seq.value_or( 0 ) } );
+         if ( v.direction == AclDirection::in ) {
+            ingressPermits = ingressPermits && v.permit;
+         }
+         // A packet dropped on ingress meets no egress lookup.
+         if ( v.seq && ( v.direction == AclDirection::in || ingressPermits ) ) {
+            ++expectedHits[Fennel::AclKey( v.aclName.str(), v.type, v.direction )][*v.seq];
+         }
       }
    }
    EXPECT_EQ( 0u, disagreements ) << "of " << packets << " packets";
+   // The hardware counted every hit on the rule the evaluator names.
+   sw.machine().pollCounters();
+   for ( const auto& [key, acl] : sw.machine().acls() ) {
+      std::map<U32, U64> hits;
+      for ( const auto& [seq, n] : acl.hits ) {
+         if ( n != 0 ) {
+            hits[seq] = n;
+         }
+      }
+      EXPECT_EQ( expectedHits[key], hits ) << key;
+   }
    // The packets reach deep into the lists, not only their first rules.
    EXPECT_GT( rulesHit.size(), 90u );
    EXPECT_GT( permitted, packets / 10 );
