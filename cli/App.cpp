@@ -96,7 +96,7 @@ CLI::App* addCommand( CLI::App& app, const Command& c, CommandArgs& args ) {
 
 int notAvailableYet( const Invocation& inv, const std::string& command, const std::string& what ) {
    inv.err << "halyard-acl: " << command << ": " << what
-           << " needs the generic ACL layer, which is not available in this build yet\n";
+           << ", which is not available in this build yet\n";
    return kExitUnavailable;
 }
 

@@ -41,8 +41,8 @@ int runReplay( const Invocation& inv );
 int runBringup( const Invocation& inv );
 int runDemo( const Invocation& inv );
 
-// Says loudly that `what` needs work that this build does not have, and returns
-// kExitUnavailable.
+// Says loudly what this build lacks ("halyard-acl: COMMAND: WHAT, which is not available in
+// this build yet"), and returns kExitUnavailable.
 int notAvailableYet( const Invocation& inv, const std::string& command, const std::string& what );
 
 }  // namespace HalyardCli

@@ -9,7 +9,7 @@ int runShow( const Invocation& inv ) {
    if ( !readConfigs( inv.args.files, profile, inv.err ) ) {
       return kExitInput;
    }
-   return notAvailableYet( inv, "show", "programming the switch from a configuration" );
+   return notAvailableYet( inv, "show", "the operator tables need the back-end's show support" );
 }
 
 }  // namespace HalyardCli

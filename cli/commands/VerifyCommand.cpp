@@ -9,7 +9,8 @@ int runVerify( const Invocation& inv ) {
    if ( !readConfigs( inv.args.files, profile, inv.err ) ) {
       return kExitInput;
    }
-   return notAvailableYet( inv, "verify", "programming the switch from a configuration" );
+   return notAvailableYet( inv, "verify",
+                           "reading the hardware back needs the back-end's verification" );
 }
 
 }  // namespace HalyardCli

@@ -29,6 +29,10 @@ std::string stateText( const AclOnUnit& acl ) {
 }
 
 void writeAcls( const UnitSummary& unit, std::ostream& out ) {
+   if ( unit.acls.empty() ) {
+      out << "  no ACLs\n";
+      return;
+   }
    std::size_t width = 3;
    for ( const AclOnUnit& acl : unit.acls ) {
       width = std::max( width, aclText( acl ).size() );
@@ -111,6 +115,10 @@ void writeExpanded( const ApplySummary& summary, std::ostream& out ) {
 void writeVerdict( const ApplySummary& summary, std::ostream& out ) {
    for ( const std::string& line : summary.bindingErrors ) {
       out << "not served: " << line << "\n";
+   }
+   if ( std::ranges::all_of( summary.units, []( const auto& u ) { return u.acls.empty(); } ) ) {
+      out << "no ACL is bound\n";
+      return;
    }
    if ( summary.allStand() ) {
       out << "every ACL stands installed on every unit\n";

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "cli/switch/PortBindings.h"
-
 namespace HalyardCli {
 
 namespace {
@@ -92,9 +90,7 @@ AclSwitch::MachineRegistration::~MachineRegistration() {
 AclSwitch::AclSwitch( const Sim::SwitchProfile& profile )
     : agent_( profile ),
       profile_( agent_.simSwitch().profile() ),
-      machine_( Fennel::GenericAclSm::from( agent_.aclSmEntity()->aclSm() ) ) {
-   machine_->bindingOpsIs( portBindings( agent_.helper(), profile_ ) );
-}
+      machine_( Fennel::GenericAclSm::from( agent_.aclSmEntity()->aclSm() ) ) {}
 
 AclSwitch::~AclSwitch() = default;
 

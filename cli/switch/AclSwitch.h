@@ -9,8 +9,7 @@
 //      Acl::ParamConfig) and runs the machine's passes until nothing is left that a pass can do
 //      at once: a change not applied, or a port range that found no range checker and goes in
 //      as masked blocks on the next pass. An ACL that ran out of entries is tried once.
-//   3. Bindings reach the back-end through PortBindings.h while the back-end does not serve
-//      them. REQUIRES, for every configuration applied: unservedBinding() finds nothing, and a
+//   3. REQUIRES, for every configuration applied: unservedBinding() finds nothing, and a
 //      further configuration passes unsupportedChange() against the one standing and
 //      pendingReapply() finds nothing (ConfigChange.h).
 //

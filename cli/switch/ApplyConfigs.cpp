@@ -25,7 +25,7 @@ bool applyInTurn( AclSwitch& sw, const ConfigFiles& files, const std::string& co
                   std::ostream& err, const std::function<void( std::size_t, U32 )>& beforePass ) {
    for ( std::size_t i = 0; i < files.setups.size(); ++i ) {
       if ( i > 0 ) {
-         if ( const auto why = pendingReapply( sw.machine() ) ) {
+         if ( const auto why = pendingReapply( sw.machine(), *files.setups[i].paramConfig ) ) {
             err << "halyard-acl: " << command << ": " << files.paths[i]
                 << ": not applied as a change of " << files.paths[i - 1] << ": " << *why << "\n";
             return false;

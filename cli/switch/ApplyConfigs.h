@@ -22,9 +22,9 @@ struct ConfigFiles {
 // Writes "halyard-acl: COMMAND: FILE: why" for the first it cannot; nothing is programmed.
 bool programmable( const ConfigFiles& files, const std::string& command, std::ostream& err );
 
-// Applies the configurations in turn. A configuration that finds an ACL of the one before
-// waiting to be applied again (it did not fit) is not applied: that needs teardown. Writes
-// why and answers false then; what the earlier ones programmed stands.
+// Applies the configurations in turn. A configuration whose first pass would apply again an
+// ACL that the one before left waiting, where this build cannot (pendingReapply), is not
+// applied. Writes why and answers false then; what the earlier ones programmed stands.
 // REQUIRES: programmable( files, ... ).
 // `beforePass` hears of each pass: the configuration's index and the pass (1 for the first).
 bool applyInTurn( AclSwitch& sw, const ConfigFiles& files, const std::string& command,

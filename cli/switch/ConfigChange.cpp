@@ -13,9 +13,13 @@ using Acl::AclType;
 constexpr AclType kTypes[] = { AclType::ip, AclType::ipv6, AclType::mac };
 constexpr AclDirection kDirections[] = { AclDirection::in, AclDirection::out };
 
-constexpr const char* kNeedsTeardown =
-    "; that needs the generic layer's teardown and rebinding (destroyAcl, removeIntfFromAcl, "
-    "updateAclPorts), which are not available in this build yet";
+constexpr const char* kBlockingNotServed =
+    " while 'hardware access-list update default-result deny' asks for its interfaces to be "
+    "blocked during the update (blockIntf), which the back-end does not serve yet";
+
+bool blocksDuringUpdates( const Acl::ParamConfig& params ) {
+   return params.permitDuringAclUpdateConfig() == Acl::PermitDuringAclUpdateConfig::deny;
+}
 
 bool sameParams( const Acl::ParamConfig& a, const Acl::ParamConfig& b ) {
    return a.ingressRaclSharing() == b.ingressRaclSharing() &&
@@ -71,10 +75,11 @@ std::optional<std::string> unservedBinding( const AclSetup& setup ) {
             }
             return "interface " + Pylon::valueToStrep( intf ) + ": " + Vesper::stringValue( type ) +
                    " access-group " + binding.value().str() + " " +
-                   Vesper::stringValue( direction ) + ": ACLs on " +
-                   ( intf.isVlan() ? "VLAN interfaces" : "sub-interfaces" ) +
-                   " need the back-end's interface binding (addIntfToAcl), which is not "
-                   "available in this build yet";
+                   Vesper::stringValue( direction ) + ": " +
+                   ( intf.isVlan() ? "router ACLs on VLAN interfaces are not served by the "
+                                     "back-end in this build yet"
+                                   : "ACLs on sub-interfaces are not served by the generic "
+                                     "layer in this build yet" );
          }
       }
    }
@@ -83,36 +88,39 @@ std::optional<std::string> unservedBinding( const AclSetup& setup ) {
 
 std::optional<std::string> unsupportedChange( const AclSetup& standing, const AclSetup& next ) {
    const auto before = aclInstances( standing );
+   if ( before.empty() ) {
+      return std::nullopt;
+   }
+   if ( !sameParams( *standing.paramConfig, *next.paramConfig ) ) {
+      return std::string(
+          "the hardware access-list settings change while ACLs stand, and the "
+          "generic layer does not apply standing lists again for that yet" );
+   }
+   if ( !blocksDuringUpdates( *next.paramConfig ) ) {
+      return std::nullopt;
+   }
    const auto after = aclInstances( next );
    for ( const auto& [key, was] : before ) {
       const auto now = after.find( key );
-      if ( now == after.end() ) {
-         return instanceName( key ) + " is no longer bound" + kNeedsTeardown;
+      if ( now != after.end() && ( now->second.intfs != was.intfs ||
+                                   now->second.config->rule() != was.config->rule() ) ) {
+         return instanceName( key ) + " would be applied again" + kBlockingNotServed;
       }
-      if ( now->second.intfs != was.intfs ) {
-         return "the interfaces of " + instanceName( key ) + " change" + kNeedsTeardown;
-      }
-      if ( now->second.config->rule() != was.config->rule() ) {
-         return "the rules of " + listText( key ) + ", which stands bound, change" + kNeedsTeardown;
-      }
-   }
-   if ( !before.empty() && !sameParams( *standing.paramConfig, *next.paramConfig ) ) {
-      return std::string( "the hardware access-list settings change while ACLs stand" ) +
-             kNeedsTeardown;
    }
    return std::nullopt;
 }
 
-std::optional<std::string> pendingReapply( const Fennel::GenericAclSm& machine ) {
+std::optional<std::string> pendingReapply( const Fennel::GenericAclSm& machine,
+                                           const Acl::ParamConfig& params ) {
+   if ( !blocksDuringUpdates( params ) ) {
+      return std::nullopt;
+   }
    for ( const auto& [key, acl] : machine.acls() ) {
-      if ( acl.pending != Fennel::PendingReason::none && acl.committed ) {
-         return instanceName( key ) + " did not fit (" + acl.errorText +
-                "), and the next pass would apply it again, which needs destroyAcl (not "
-                "available in this build yet)";
-      }
-      if ( machine.aclHelper()->dirtyAcl( key ) ) {
-         return "the back-end asks for " + instanceName( key ) +
-                " to be applied again, which needs destroyAcl (not available in this build yet)";
+      const bool again =
+          acl.pending != Fennel::PendingReason::none || machine.aclHelper()->dirtyAcl( key );
+      if ( again && acl.committed ) {
+         return instanceName( key ) + " did not fit and would be applied again" +
+                kBlockingNotServed;
       }
    }
    return std::nullopt;

@@ -1,12 +1,16 @@
 // What this build can program, checked before anything is: the bindings the tool can serve,
-// and which changes of configuration it can apply as a change of the one standing.
+// and the changes of configuration that the generic layer and the back-end apply as they
+// should.
 //
-// The back-end does not serve teardown (destroyAcl, cleanupAcl) nor bindings that come and go
-// (removeIntfFromAcl, updateAclPorts) yet, and stops the process where they are asked for. So
-// a further configuration is applied only when what it changes is new: lists that no binding
-// used before, and bindings of those. A list that stands bound must stand as it is, with the
-// same bindings, and the hardware settings may not change while ACLs stand. Everything else
-// is refused with a message that says what the change needs.
+// Not served yet, and refused with a message that says what is missing:
+//   - bindings on VLAN interfaces (router ACLs: the back-end's router ACL programming is not
+//     there yet) and on sub-interfaces (the generic layer does not serve them);
+//   - a change of the hardware access-list settings while ACLs stand: the generic layer does
+//     not apply standing lists again when a setting changes, so the hardware would keep the
+//     old behaviour while the configuration says otherwise;
+//   - with "hardware access-list update default-result deny", a change that applies a standing
+//     ACL again: its interfaces are blocked around the update (blockIntf), which the back-end
+//     does not serve yet.
 #pragma once
 
 #include <map>
@@ -28,16 +32,17 @@ struct AclInstance {
 };
 std::map<Fennel::AclKey, AclInstance> aclInstances( const AclSetup& setup );
 
-// A binding this build cannot serve (on a VLAN interface or a sub-interface), said in a
-// sentence; nullopt when every binding is served.
+// A binding this build cannot serve, said in a sentence; nullopt when every binding is served.
 std::optional<std::string> unservedBinding( const AclSetup& setup );
 
 // Why `next` cannot be applied as a change of `standing` in this build; nullopt when it can.
 std::optional<std::string> unsupportedChange( const AclSetup& standing, const AclSetup& next );
 
-// Why the machine's next pass would apply a standing ACL again (it did not fit, or the
-// back-end asked for it), which needs destroyAcl; nullopt when it would not.
-std::optional<std::string> pendingReapply( const Fennel::GenericAclSm& machine );
+// Why the machine's next pass, under the settings `params`, would apply a standing ACL again
+// where this build cannot (it did not fit, or the back-end asked for it, and updates block
+// interfaces); nullopt when it would not.
+std::optional<std::string> pendingReapply( const Fennel::GenericAclSm& machine,
+                                           const Acl::ParamConfig& params );
 
 // "ip access-list web in", "ipv6 access-list web out on Vlan100".
 std::string instanceName( const Fennel::AclKey& key );

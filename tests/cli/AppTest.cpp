@@ -58,12 +58,13 @@ namespace {
 const std::string kDemo = std::string( HALYARD_SOURCE_DIR ) + "/examples/acls/demo.acl";
 
 TEST( AppTest, CommandNotYetBuiltReadsItsInputThenRefusesLoudly ) {
-   auto r = runTool( { "apply", kDemo } );
+   auto r = runTool( { "show", kDemo } );
    EXPECT_EQ( r.code, 4 );
    EXPECT_EQ( r.out, "" );
    EXPECT_EQ( r.err,
-              "halyard-acl: apply: programming the switch from a configuration needs the generic "
-              "ACL layer, which is not available in this build yet\n" );
+              "halyard-acl: show: the operator tables need the back-end's show support, which is "
+              "not available in this build yet\n" );
+   EXPECT_EQ( runTool( { "show", "/no/such.acl" } ).code, 2 ) << "inputs are read first";
 }
 
 TEST( AppTest, ABadConfigurationIsAnInputErrorBeforeAnythingElse ) {
