@@ -106,22 +106,34 @@ void writePcap( const std::string& path, const std::vector<Fennel::Packet>& pack
 
 }  // namespace
 
+std::string classBenchConfig( const std::vector<std::string>& names, std::size_t* rules ) {
+   std::string text = "! ClassBench";
+   std::vector<Rule> all;
+   for ( const std::string& name : names ) {
+      text += " " + name;
+      const std::vector<Rule> set = Sim::ClassBench::readRules( kDataDir + name );
+      all.insert( all.end(), set.begin(), set.end() );
+   }
+   text += ": rule i is sequence 10 (i + 1); every third denies\nip access-list cb\n";
+   for ( std::size_t i = 0; i < all.size(); ++i ) {
+      text += ruleLine( all[i], i );
+   }
+   text +=
+       "interface Ethernet1\n   ip access-group cb in\n"
+       "interface Ethernet25\n   ip access-group cb in\n";
+   if ( rules ) {
+      *rules = all.size();
+   }
+   return text;
+}
+
 ClassBenchFiles writeClassBenchFiles( const std::string& name, const std::string& dir ) {
    ClassBenchFiles files;
    files.config = dir + "/" + name + ".acl";
    files.jsonl = dir + "/" + name + ".jsonl";
    files.pcap = dir + "/" + name + ".pcap";
 
-   const std::vector<Rule> rules = Sim::ClassBench::readRules( kDataDir + name );
-   std::ofstream config( files.config );
-   config << "! ClassBench " << name << ": rule i is sequence 10 (i + 1); every third denies\n"
-          << "ip access-list cb\n";
-   for ( std::size_t i = 0; i < rules.size(); ++i ) {
-      config << ruleLine( rules[i], i );
-   }
-   config << "interface Ethernet1\n   ip access-group cb in\n"
-          << "interface Ethernet25\n   ip access-group cb in\n";
-   files.rules = rules.size();
+   std::ofstream( files.config ) << classBenchConfig( { name }, &files.rules );
 
    const std::vector<Header> trace = Sim::ClassBench::readTrace( kDataDir + name + "_trace" );
    std::vector<Fennel::Packet> packets;

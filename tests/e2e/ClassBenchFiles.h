@@ -10,6 +10,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace HalyardE2e {
 
@@ -24,5 +25,10 @@ struct ClassBenchFiles {
 // Writes the files of the set `name` (acl1_1k: filters `name`, trace `name`_trace) into
 // `dir`.
 ClassBenchFiles writeClassBenchFiles( const std::string& name, const std::string& dir );
+
+// The configuration of the filter sets `names`, one after the other in one list "cb" (rule
+// numbering runs on from set to set), bound as writeClassBenchFiles binds it. `rules` gets the
+// count.
+std::string classBenchConfig( const std::vector<std::string>& names, std::size_t* rules = nullptr );
 
 }  // namespace HalyardE2e
