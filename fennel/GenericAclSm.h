@@ -20,14 +20,15 @@
 //   4. Applying, in the order the back-end depends on, each ACL that is new, whose list changed,
 //      that a binding made dirty (an answer true, or the back-end's dirtyAcl), or that the last
 //      pass left pending: destroyAcl first where the ACL stands in hardware (it was committed)
-//      or its rules changed since they were created; precreateAcl; the
-//      rules in rising sequence number with rule numbers dense from 0; the neighbour discovery
-//      permits of an IPv6 ACL when the back-end asks for them; createFinalAclRule.
+//      or its rules changed since they were created; precreateAcl; the rules in rising sequence
+//      number with rule numbers dense from 0; the neighbour discovery permits of an IPv6 ACL
+//      when the back-end asks for them; createFinalAclRule.
 //      Then prepareToCommit once, commitAcl per ACL, updateAclPorts(active true).
 //      With permitDuringAclUpdate "deny" an ACL that stands in hardware has its interfaces
 //      blocked (blockIntf) from before destroyAcl until its ports are updated.
-//   5. A list whose rule cannot be programmed (RuleChecks.h) is refused: nothing of it is
-//      changed in hardware, and its state says why (error 13).
+//   5. A list the back-end cannot serve, by its kind or a rule's term (RuleChecks.h), is
+//      refused: nothing of it is changed in hardware, and its state says why (error 13).
+// Between passes pollCounters() reads the rules' hit counters.
 // Results of rule creation: 3 for a subrule with a port range term ("no range checker") makes
 // the rule's port ranges aligned masked blocks (PortBlocks.h) on the ACL's next pass, and the
 // ACL is not committed in this one, so that no unit serves it with the rule missing. Egress
@@ -36,9 +37,9 @@
 // later pass reapplies it until it goes in.
 //
 // Invariants:
-//  1. Rule numbers given to the back-end are dense from 0 per ACL and per pass; rules() maps each
-//     back to its origin (a configured sequence number, a neighbour discovery permit, or the
-//     closing rule, which is always last).
+//  1. Rule numbers given to the back-end are dense from 0 per ACL and per pass; AclState::rules
+//     maps each back to its origin (a configured sequence number, a neighbour discovery permit, or
+//     the closing rule, which is always last).
 //  2. A list that did not change, with bindings that did not change, is not touched.
 //  3. The back-end's hwInit runs once, from start() (which the first pass calls).
 //
