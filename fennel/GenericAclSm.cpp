@@ -165,8 +165,12 @@ void GenericAclSm::commitAndUpdatePorts( PassWork& work ) {
          bindingOps().updatePorts( acl.aclData, true );
       }
    }
-   for ( const AclKey& key : work.blocked ) {
-      block( state_.at( key ), false );
+   // Blocked interfaces open again once their ACL stands whole; one held back for the next
+   // pass stays blocked until then.
+   for ( const AclKey& key : work.summary.committed ) {
+      if ( blocked_.erase( key ) ) {
+         block( state_.at( key ), false );
+      }
    }
 }
 

@@ -25,7 +25,7 @@
 //      when the back-end asks for them; createFinalAclRule.
 //      Then prepareToCommit once, commitAcl per ACL, updateAclPorts(active true).
 //      With permitDuringAclUpdate "deny" an ACL that stands in hardware has its interfaces
-//      blocked (blockIntf) from before destroyAcl until its ports are updated.
+//      blocked (blockIntf) from before destroyAcl until it is committed and its ports updated.
 //   5. A list the back-end cannot serve, by its kind or a rule's term (RuleChecks.h), is
 //      refused: nothing of it is changed in hardware, and its state says why (error 13).
 // Between passes pollCounters() reads the rules' hit counters.
@@ -230,6 +230,7 @@ class GenericAclSm : public AclSm {
    U32 version_ = 0;  // the configuration generation handed to AclData::aclVersion
    std::map<AclKey, AclState> state_;
    std::map<AclKey, Memory> memory_;
+   std::set<AclKey> blocked_;  // ACLs whose interfaces stand blocked until they are committed
    std::vector<std::string> bindingErrors_;
 };
 

@@ -85,7 +85,7 @@ void GenericAclSm::apply( const AclKey& key, const Desired& want, PassWork& work
    if ( acl.committed && aclParamConfig()->permitDuringAclUpdateConfig() ==
                              Acl::PermitDuringAclUpdateConfig::deny ) {
       block( acl, true );
-      work.blocked.insert( key );
+      blocked_.insert( key );
    }
    const bool created = acl.aclData->aclVersion() != AclData::aclVersionNone;
    if ( created && ( acl.committed || memory.appliedRules != config.rule() ) ) {

@@ -98,6 +98,9 @@ void GenericAclSm::tearDown( const AclKey& key, const std::map<AclKey, Desired>&
    FennelHelper::AclHelper& helper = *aclHelper();
    AclState& acl = state_.at( key );
    VTRACE( 1, "GenericAclSm: tearing down " << key );
+   if ( blocked_.erase( key ) ) {
+      block( acl, false );
+   }
    for ( IntfId intf : acl.intfs ) {
       bindingOps().remove( pairOf( intf ), acl.aclData, belongsToAnother( key, intf, desired ) );
       ++work.summary.bindingsRemoved;

@@ -13,7 +13,6 @@ struct GenericAclSm::PassWork {
    std::set<AclKey> lostPorts;    // bindings went
    std::set<AclKey> gainedPorts;  // bindings came
    std::set<AclKey> holdCommit;   // applied, but not to be committed in this pass
-   std::set<AclKey> blocked;      // interfaces blocked for the update
 };
 
 }  // namespace Fennel

@@ -343,6 +343,25 @@ TEST_F( GenericAclSmTest, InterfacesBlockedAroundAnUpdateWhenTheConfigurationSay
    EXPECT_EQ( "blockIntf Ethernet1 unblock", calls.back() );
 }
 
+TEST_F( GenericAclSmTest, AnAclHeldForItsBlocksStaysBlockedUntilItGoesIn ) {
+   backEnd_->subruleResult = []( const SubruleCall& c ) {
+      return c.dstRange() ? Fennel::aclCreateNoRangeChecker : Fennel::aclCreateSuccess;
+   };
+   params_->permitDuringAclUpdateConfigIs( Acl::PermitDuringAclUpdateConfig::deny );
+   listIs( config_, AclType::ip, "a", { ip4( 10, permit ) } );
+   bind( AclType::ip, "a", eth1 );
+   pass();
+   listIs( config_, AclType::ip, "a", { ip4( 10, deny ).proto( udp ).dport( range( 5, 9 ) ) } );
+   const auto held = pass();
+   EXPECT_EQ( "blockIntf Ethernet1 block", held.front() );
+   EXPECT_THAT( held, Not( Contains( "blockIntf Ethernet1 unblock" ) ) );
+   EXPECT_THAT( held, Not( Contains( "commitAcl a" ) ) );
+   const auto blocks = pass();
+   EXPECT_THAT( blocks, Not( Contains( "blockIntf Ethernet1 block" ) ) );
+   EXPECT_THAT( blocks, Contains( "commitAcl a" ) );
+   EXPECT_EQ( "blockIntf Ethernet1 unblock", blocks.back() );
+}
+
 TEST_F( GenericAclSmTest, SubInterfaceBindingsAreNotServedAndSaySo ) {
    listIs( config_, AclType::ip, "a", { ip4( 10, permit ) } );
    bind( AclType::ip, "a", eth1.subIntf( 100 ) );
