@@ -243,10 +243,20 @@ std::vector<U32> classesOf( const Halyard::IntfClassPool& pool ) {
    return classes;
 }
 
+// The classes as runs: " 1-255", " 2 4 6".
 void classesWritten( std::ostream& out, const char* what, const Halyard::IntfClassPool& pool ) {
    out << " " << what << " " << pool.size() << ":";
-   for ( const U32 c : classesOf( pool ) ) {
-      out << " " << c;
+   const std::vector<U32> classes = classesOf( pool );
+   for ( size_t i = 0; i < classes.size(); ) {
+      size_t j = i;
+      while ( j + 1 < classes.size() && classes[j + 1] == classes[j] + 1 ) {
+         ++j;
+      }
+      out << " " << classes[i];
+      if ( j > i ) {
+         out << "-" << classes[j];
+      }
+      i = j + 1;
    }
    out << "\n";
 }
