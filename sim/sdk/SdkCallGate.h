@@ -35,6 +35,7 @@
 #include <vector>
 
 #include "platform/vesper/Types.h"
+#include "sim/probe/HardwareCalls.h"
 
 // Every operation of the simulated SDK that returns a code, then those that return nothing.
 #define SIM_SDK_CODE_OPERATIONS( X )                 \
@@ -166,6 +167,9 @@ class SdkCallGate {
    // this use. Inline, since every operation starts with it.
    int enter( SdkOp op ) {
       const auto i = static_cast<std::size_t>( op );
+      if ( hardwareCallObserver() ) {
+         hardwareCallSeen( sdkOpName( op ) );  // the update probe's look between calls
+      }
       ++counts_[i];
       if ( probe_ != LockProbe::off ) {
          probeLock( op );

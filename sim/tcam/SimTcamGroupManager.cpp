@@ -2,6 +2,7 @@
 #include "sim/tcam/SimTcamGroupManager.h"
 
 #include "platform/vesper/Assert.h"
+#include "sim/probe/HardwareCalls.h"
 #include "sim/tcam/SimTcamEntryManager.h"
 #include "sim/tcam/TcamUnit.h"
 
@@ -68,6 +69,7 @@ void SimTcamGroupManager::unitIs( U32 unit, ChipModel& chip, const UnitLimits& l
 }
 
 TcamUnit* SimTcamGroupManager::tcamUnit( U32 unit ) const {
+   hardwareCallSeen( "TCAM manager" );  // every manager operation comes here first
    auto it = units_.find( unit );
    return it == units_.end() ? nullptr : it->second.get();
 }
