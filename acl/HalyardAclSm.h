@@ -388,7 +388,9 @@ class AclHelper : public FennelHelper::AclHelper {
    // the first; else from the first rule when `active` (ports come), from the last when not
    // (ports go). `modifyPortMasks` rebuilds the masks from the session source lists first, and
    // `subIntf` picks the sub-interface entries and mask over the others. Egress ACLs have no
-   // port bitmap: nothing happens for them.
+   // port bitmap: nothing happens for them. A unit whose ACL is not committed (a pass under
+   // way, or one refused for want of room) gets its keys written and nothing installed or
+   // switched: its entries reach the TCAM through commit alone, all of them or none.
    void updateAclPortsInUnits( const HalyardAclData::Ptr& saclData, bool active,
                                bool modifyPortMasks, bool subIntf );
 

@@ -46,6 +46,8 @@ U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst& aclData, U32
    VTRACE( pollTraceLevel, aclData->aclName() << "::aclRuleCountersSinceLastPoll"
                                               << ", seq: " << seq << "aclId=" << aclId << ")" );
    const HalyardAclData::Ptr saclData = halyardAclData( aclData->key() );
+   // Only ACLs the back-end holds are polled.
+   VESPER_ASSERT( saclData );
    const bool ip4 = aclData->aclType() == Acl::ip_;
    U64 total = 0;
    for ( const auto& member : saclData->unitData() ) {

@@ -58,7 +58,8 @@ class HashMapGeneric {
 
    HashMapGeneric() : buckets_( size_t( 1 ) << initialBucketBits ) {}
 
-   static Key keyOfMember( const T& member ) { return std::invoke( keyOf, member ); }
+   // A reference to the member's own key where keyOf gives one: a lookup copies no key.
+   static decltype( auto ) keyOfMember( const T& member ) { return std::invoke( keyOf, member ); }
 
    size_t size() const { return size_; }
    bool empty() const { return size_ == 0; }
