@@ -134,11 +134,14 @@ void TcamUnit::compress( Halyard::TcamGroupAssignment a ) {
    }
    std::size_t next = 0;
    for ( EntryId id : chip_.entries( chipGroupOf( a ) ) ) {
+      auto it = entries_.find( id );
+      VESPER_ASSERT( it != entries_.end() &&
+                     "a chip entry of a TCAM group that no manager issued" );
       while ( pool[g.slices[next]].used == perSlice( g, pool[g.slices[next]] ) ) {
          ++next;
       }
       ++pool[g.slices[next]].used;
-      entries_.at( id ).slice = g.slices[next];
+      it->second.slice = g.slices[next];
    }
    std::erase_if( g.slices, [&]( U32 i ) {
       if ( pool[i].used ) {
