@@ -12,6 +12,7 @@
 #include "cli/report/ApplySummary.h"
 #include "cli/report/ReplayReport.h"
 #include "cli/switch/ApplyConfigs.h"
+#include "platform/pylon/ValueText.h"
 
 namespace HalyardCli {
 
@@ -35,6 +36,24 @@ void warnUnlessAllStand( const AclSwitch& sw, std::ostream& err ) {
           "stands ('apply' says why)\n";
 }
 
+// Packets arrive on a front-panel port or a port-channel; a VLAN interface or a sub-interface
+// is no place a frame comes in by (a frame for a sub-interface arrives on its parent, tagged
+// with the sub-interface's VLAN).
+bool ingressesArePorts( const std::string& path, const std::vector<Fennel::Packet>& packets,
+                        std::ostream& err ) {
+   for ( std::size_t i = 0; i < packets.size(); ++i ) {
+      const Pylon::IntfId in = packets[i].in;
+      if ( in.isEthernet() || in.isPortChannel() ) {
+         continue;
+      }
+      err << path << ": packet " << i + 1 << ": in " << Pylon::valueToStrep( in )
+          << ": expected a front-panel port or a port-channel (a frame for a sub-interface "
+             "arrives on its parent, tagged with its VLAN)\n";
+      return false;
+   }
+   return true;
+}
+
 }  // namespace
 
 int runReplay( const Invocation& inv ) {
@@ -47,7 +66,7 @@ int runReplay( const Invocation& inv ) {
    const std::vector<std::string> paths( args.begin(), args.end() - 1 );
    auto setups = readConfigs( paths, profile, inv.err );
    const auto packets = readPacketsFor( args.back(), inv.args, profile, inv.err );
-   if ( !setups || !packets ) {
+   if ( !setups || !packets || !ingressesArePorts( args.back(), *packets, inv.err ) ) {
       return kExitInput;
    }
    const ConfigFiles files{ paths, std::move( *setups ) };
