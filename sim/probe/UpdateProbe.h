@@ -57,6 +57,8 @@ class UpdateProbe final : public HardwareCallObserver {
    // before (the old and new states not counted).
    U64 callsSeen() const { return calls_; }
    U64 statesSeen() const { return states_.size(); }
+   // Whether the last window changed what any port meets.
+   bool changed() const { return old_ != new_; }
 
    void beforeHardwareCall( std::string_view call ) override;
 
