@@ -12,7 +12,7 @@ void appendFpPart( std::string& line, FpMask mask ) {
 
 void appendFpPart( std::string& line, const FpPbmp& pbmp ) {
    line += "0x";
-   for ( int word = bcm_pbmp_t::wordCount - 1; word >= 0; --word ) {
+   for ( int word = bcm_pbmp_t::tracedWordCount - 1; word >= 0; --word ) {
       char digits[16];
       std::snprintf( digits, sizeof digits, "%08x",
                      static_cast<unsigned>( pbmp.pbmp.pbits[word] ) );

@@ -29,7 +29,7 @@ constexpr U32 baseVfpClass = 2;
 
 std::string pbmpText( const bcm_pbmp_t& pbmp ) {
    std::string text = "0x";
-   for ( int word = bcm_pbmp_t::wordCount - 1; word >= 0; --word ) {
+   for ( int word = bcm_pbmp_t::tracedWordCount - 1; word >= 0; --word ) {
       char digits[16];
       std::snprintf( digits, sizeof digits, "%08x", static_cast<unsigned>( pbmp.pbits[word] ) );
       text += digits;
