@@ -151,8 +151,8 @@ class OneCheckerPerEntryTest : public RangeCheckerTest {
    OneCheckerPerEntryTest() : RangeCheckerTest( limited( 64, 1 ) ) {}
 };
 
-// An entry that takes no more checkers gives back the one just obtained; the spec'd release
-// of a reused id is given back as well.
+// An entry that takes no more checkers gives back the one just obtained; the release made for
+// a reused id is given back as well.
 TEST_P( OneCheckerPerEntryTest, GivenBackWhenTheEntryTakesNoMore ) {
    IpAcl a = acl( "a" );
    Terms both = srcPortRange( 1, 100 );
