@@ -57,6 +57,11 @@ std::vector<Fennel::Packet> readJsonLines( std::string_view text, std::string_vi
          throw PacketError( located( name, where,
                                      "malformed JSON at byte " + std::to_string( e.byte ) +
                                          ": expected one packet object a line" ) );
+      } catch ( const nlohmann::json::exception& ) {
+         // The reader also throws out_of_range for a number that no 64-bit or double value holds.
+         throw PacketError( located( name, where,
+                                     "a number too large to read: expected one packet object a "
+                                     "line with numbers in their fields' ranges" ) );
       }
       try {
          packets.push_back( packetFromJson( object, defaults ) );

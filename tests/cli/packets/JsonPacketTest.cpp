@@ -117,6 +117,9 @@ TEST_P( JsonPacketErrors, NameFileLineAndWhatWasExpected ) {
 const BadLine kBadLines[] = {
     { "MalformedJson", "\n{\"in\":\"Ethernet1\",}\n",
       "p.jsonl:2: malformed JSON at byte 19: expected one packet object a line" },
+    { "NumberBeyondDouble", R"({"in":"Ethernet1", "ipv4":{"ttl":55e5555}})",
+      "p.jsonl:1: a number too large to read: expected one packet object a line with numbers in "
+      "their fields' ranges" },
     { "NotAnObject", "[1,2]", "p.jsonl:1: the line is not an object: expected {...}" },
     { "UnknownField", R"({"in":"Ethernet1", "ipv4":{"ttl":1, "tos":3}})",
       "p.jsonl:1: unknown field \"ipv4.tos\": expected src, dst, proto, dscp, ecn, ttl, len, "
