@@ -6,15 +6,11 @@ namespace HalyardCli {
 
 namespace {
 
-// Where a later fragment stands: right after a first fragment of a 1500-byte MTU, in the
-// 8-byte units of the header.
-constexpr U16 kLaterFragmentOffset = 185;
-
 void fragmentIs( Sim::Packet& s, Fennel::Frag frag ) {
    if ( frag == Fennel::Frag::first ) {
       s.fragmentIs( true, 0 );
    } else if ( frag == Fennel::Frag::later ) {
-      s.fragmentIs( false, kLaterFragmentOffset );
+      s.fragmentIs( false, Fennel::laterFragmentOffset );
    }
 }
 

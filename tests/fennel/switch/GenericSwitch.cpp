@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "cli/packets/SimPacket.h"
 #include "fennel/HalyardView.h"
 #include "platform/pylon/ValueText.h"
 
@@ -156,50 +157,7 @@ std::string GenericSwitch::disagreement( const Fennel::Packet& packet ) {
 }
 
 Sim::Packet simPacket( const Fennel::Packet& p ) {
-   Sim::Packet s = Sim::Packet::ethernet( p.eth.type );
-   s.srcMac = p.eth.src.bytes();
-   s.dstMac = p.eth.dst.bytes();
-   if ( p.vlan ) {
-      s.taggedIs( *p.vlan );
-   }
-   auto fragment = [&]( Fennel::Frag frag ) {
-      if ( frag == Fennel::Frag::first ) {
-         s.fragmentIs( true, 0 );
-      } else if ( frag == Fennel::Frag::later ) {
-         s.fragmentIs( false, Fennel::laterFragmentOffset );
-      }
-   };
-   if ( p.ipv4 ) {
-      s.l3 = Sim::L3Kind::Ipv4;
-      s.srcIp4 = p.ipv4->src.value();
-      s.dstIp4 = p.ipv4->dst.value();
-      s.ipProtocol = p.ipv4->proto;
-      s.tos = static_cast<U8>( p.ipv4->dscp << 2 | ( p.ipv4->ecn & 3 ) );
-      s.ttl = p.ipv4->ttl;
-      s.ipTotalLength = p.ipv4->len;
-      fragment( p.ipv4->frag );
-   } else if ( p.ipv6 ) {
-      s.l3 = Sim::L3Kind::Ipv6;
-      s.srcIp6 = p.ipv6->src.bytes();
-      s.dstIp6 = p.ipv6->dst.bytes();
-      s.ipProtocol = p.ipv6->next;
-      s.tos = static_cast<U8>( p.ipv6->dscp << 2 | ( p.ipv6->ecn & 3 ) );
-      s.ttl = p.ipv6->hlim;
-      s.ipTotalLength = p.ipv6->len;
-      fragment( p.ipv6->frag );
-   }
-   if ( const auto& ports = p.tcp ? p.tcp : p.udp ) {
-      s.l4SrcPort = ports->sport;
-      s.l4DstPort = ports->dport;
-      s.tcpFlags = ports->flags;
-   }
-   if ( p.icmp ) {
-      s.icmpType = p.icmp->type;
-      s.icmpCode = p.icmp->code;
-   }
-   s.payload = p.payload;
-   s.routed = p.routed;
-   return s;
+   return HalyardCli::toSimPacket( p );
 }
 
 }  // namespace FennelTest
