@@ -7,6 +7,8 @@
 # New inputs the fuzzer finds interesting go to build/fuzz/corpus/TARGET, never into the
 # committed seeds. A finding (crash, leak, hang over 10 s, failed round trip) stops the run with
 # exit 1 and leaves its input in build/fuzz/findings/; add it to the seeds once it is fixed.
+# FUZZ_SEED=N makes a run repeatable (CI sets it, so that a clean clone sees what its author saw);
+# unset, each run explores from a new seed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
@@ -26,7 +28,7 @@ for t in "${targets[@]}"; do
   [ -f "tests/fuzz/$t.dict" ] && dict=("-dict=tests/fuzz/$t.dict")
   echo "fuzzing $t for ${seconds}s"
   "build/fuzz/tests/fuzz/fuzz_$t" "${dict[@]}" -max_total_time="$seconds" -timeout=10 \
-      -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$t-" \
+      ${FUZZ_SEED:+-seed="$FUZZ_SEED"} -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$t-" \
       "build/fuzz/corpus/$t" "tests/fuzz/corpus/$t"
 done
 echo "fuzzing found nothing"

@@ -13,10 +13,7 @@ constexpr U8 kProtoIcmp = 1;
 constexpr U8 kProtoTcp = 6;
 constexpr U8 kProtoUdp = 17;
 constexpr U8 kProtoIcmp6 = 58;
-constexpr U8 kIp6HopByHop = 0;
-constexpr U8 kIp6Routing = 43;
 constexpr U8 kIp6Fragment = 44;
-constexpr U8 kIp6DestOptions = 60;
 // The TCP flags a packet keeps: the six of the classic header (ECE and CWR have no field).
 constexpr U8 kTcpFlagMask = 0x3F;
 
@@ -140,8 +137,7 @@ void decodeIpv6( FrameReader& r, Fennel::Packet& p ) {
    r.skip( 40 );
    // Extension headers the ACLs look through; the fragment header says where the packet
    // stands, the others are skipped. Each is at least 8 bytes, so the walk ends.
-   while ( next == kIp6HopByHop || next == kIp6Routing || next == kIp6DestOptions ||
-           next == kIp6Fragment ) {
+   while ( isIp6ExtensionHeader( next ) ) {
       r.need( 8, "IPv6 extension" );
       const U8 following = r.u8( 0 );
       if ( next == kIp6Fragment ) {

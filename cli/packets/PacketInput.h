@@ -66,6 +66,14 @@ Fennel::Packet packetFromJson( const nlohmann::json& object, const PacketDefault
 // The packet in the JSON-lines form, every header it carries written out; reads back equal.
 nlohmann::ordered_json packetToJson( const Fennel::Packet& packet );
 
+// IPv6 "no next header": what an IPv6 packet without a layer 4 header carries.
+constexpr U8 kIp6NoNextHeader = 59;
+// The IPv6 extension headers a frame is walked through (hop-by-hop, routing, fragment,
+// destination options); never a packet's `next`, which is the protocol after them.
+constexpr bool isIp6ExtensionHeader( U8 next ) {
+   return next == 0 || next == 43 || next == 44 || next == 60;
+}
+
 // One Ethernet frame decoded. Throws PacketError with the message alone.
 Fennel::Packet decodeFrame( std::span<const U8> frame, const PacketDefaults& defaults );
 

@@ -195,7 +195,14 @@ void readIpv6( const Json& j, Fennel::Packet& p ) {
    Fennel::PacketIpv6 ip;
    ip.src = f.value<Pylon::Ip6Addr>( "src", "an IPv6 address" ).value_or( Pylon::Ip6Addr() );
    ip.dst = f.value<Pylon::Ip6Addr>( "dst", "an IPv6 address" ).value_or( Pylon::Ip6Addr() );
-   ip.next = static_cast<U8>( f.number( "next", 0, 255 ).value_or( 0 ) );
+   // `next` is the protocol after any extension headers; without one the packet carries none
+   // (59, "no next header"), so that its frame reads back the same.
+   ip.next = static_cast<U8>( f.number( "next", 0, 255 ).value_or( kIp6NoNextHeader ) );
+   if ( isIp6ExtensionHeader( ip.next ) ) {
+      bad( f.where( "next" ) + " is " + std::to_string( ip.next ) +
+           ", an extension header: expected the protocol after the extension headers (a "
+           "fragment header is \"frag\")" );
+   }
    ip.dscp = static_cast<U8>( f.number( "dscp", 0, 63 ).value_or( 0 ) );
    ip.ecn = static_cast<U8>( f.number( "ecn", 0, 3 ).value_or( 0 ) );
    ip.hlim = static_cast<U8>( f.number( "hlim", 0, 255 ).value_or( 64 ) );

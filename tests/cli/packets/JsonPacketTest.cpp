@@ -78,6 +78,8 @@ TEST( JsonPacket, LeftOutFieldsTakeTheirDefaultsInTheCanonicalForm ) {
    const Fennel::Packet later =
        readOne( R"({"in":"Ethernet2", "ipv4":{"proto":6, "frag":"later"}})" );
    EXPECT_FALSE( later.tcp ) << "a later fragment has no layer 4 header";
+   const Fennel::Packet bare = readOne( R"({"in":"Ethernet2", "ipv6":{}})" );
+   EXPECT_EQ( bare.ipv6->next, 59 ) << "no layer 4 header: no next header";
 }
 
 TEST( JsonPacket, MissingInterfacesComeFromTheDefaults ) {
@@ -146,6 +148,9 @@ const BadLine kBadLines[] = {
       "p.jsonl:1: \"eth.type\" 34525 without an IP header: expected \"ipv6\" with it" },
     { "TwoIpHeaders", R"({"in":"Ethernet1", "ipv4":{}, "ipv6":{}})",
       "p.jsonl:1: both \"ipv4\" and \"ipv6\": expected one IP header at most" },
+    { "NextIsAnExtensionHeader", R"({"in":"Ethernet1", "ipv6":{"next":0}})",
+      "p.jsonl:1: \"ipv6.next\" is 0, an extension header: expected the protocol after the "
+      "extension headers (a fragment header is \"frag\")" },
     { "BadFlag", R"({"in":"Ethernet1", "ipv4":{}, "tcp":{"flags":["syn","ece"]}})",
       "p.jsonl:1: \"tcp.flags\" holds \"ece\": expected a list of syn, ack, fin, rst, psh, urg" },
     { "ShortLength", R"({"in":"Ethernet1", "ipv4":{"len":30}, "tcp":{}})",
