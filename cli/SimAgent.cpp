@@ -19,7 +19,7 @@ SimAgent::SimAgent( const Sim::SwitchProfile& profile )
    entity_ = Halyard::aclSmEntityFactory();
    entity_->aclSmIs( fcsd_, config_, paramConfig_, Vesper::dirFactory( "intfConfig" ), intfConfig_,
                      Vesper::dirFactory( "hwConfig" ), switch_.statusDp(),
-                     Errdisable::causeStatusFactory(), Lag::Input::configFactory(), helper_,
+                     Errdisable::causeStatusFactory(), switch_.lagInputConfig(), helper_,
                      Vesper::clockFactory(), Bridging::configFactory(),
                      Interface::subIntfStatusDirFactory( "subIntfStatus" ),
                      Interface::subIntfConfigDirFactory( "subIntfConfig" ) );

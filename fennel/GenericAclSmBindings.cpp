@@ -6,6 +6,7 @@
 #include "fennel/GenericAclSmPass.h"
 #include "platform/pylon/ValueText.h"
 #include "platform/vesper/Trace.h"
+#include "platform/wiring/AgentRecords.h"
 
 VESPER_TRACE_HANDLE( "Fennel::GenericAclSm" )
 
@@ -66,7 +67,14 @@ std::map<AclKey, GenericAclSm::Desired> GenericAclSm::desiredAcls(
                               AclVlanIdOrNone( vlan ) );
             Desired& want = desired[key];
             want.config = config;
-            want.intfs.insert( intf );
+            if ( intf.isPortChannel() ) {
+               // The chip sees ports: a port-channel's list goes on its members (none: the list
+               // stands, bound nowhere, until members come).
+               const auto& members = lagInputConfig()->member( intf );
+               want.intfs.insert( members.begin(), members.end() );
+            } else {
+               want.intfs.insert( intf );
+            }
          }
       }
    }

@@ -28,6 +28,20 @@ Config::Ptr configFactory() {
    return activated( new Config );
 }
 
+const std::vector<Pylon::IntfId>& Config::member( Pylon::IntfId portChannel ) const {
+   static const std::vector<Pylon::IntfId> none;
+   const auto it = member_.find( portChannel );
+   return it == member_.end() ? none : it->second;
+}
+
+void Config::memberIs( Pylon::IntfId portChannel, std::vector<Pylon::IntfId> members ) {
+   if ( members.empty() ) {
+      member_.erase( portChannel );
+   } else {
+      member_[portChannel] = std::move( members );
+   }
+}
+
 }  // namespace Lag::Input
 
 namespace Bridging {

@@ -3,11 +3,16 @@
 // The machine is built from fourteen inputs, five of which belong to other
 // agents of the switch: the error-disable causes, the link aggregation
 // input, the bridging configuration and the two sub-interface directories.
-// Neither the ACL back-end nor the generic layer reads anything of them, so
-// they carry no attributes: each is a counted object with its type record,
-// made by its factory with notifications on, and compared by identity.
+// Each is a counted object with its type record, made by its factory with
+// notifications on, and compared by identity. Of their contents the generic
+// layer reads one thing, the members of each port-channel: an ACL bound to a
+// port-channel is bound to its member interfaces, since the chip sees ports.
 #pragma once
 
+#include <map>
+#include <vector>
+
+#include "platform/pylon/IntfId.h"
 #include "platform/vesper/Dir.h"
 #include "platform/vesper/Notifier.h"
 #include "platform/vesper/Ptr.h"
@@ -35,7 +40,8 @@ CauseStatus::Ptr causeStatusFactory();
 
 namespace Lag::Input {
 
-// The link aggregation agent's input configuration; nothing here reads it.
+// The link aggregation agent's input configuration: the member interfaces of each
+// port-channel, in the order configured.
 class Config : public Vesper::NotifierBase<> {
    VESPER_FWK_TYPE( "Lag::Input::Config" )
 
@@ -44,9 +50,17 @@ class Config : public Vesper::NotifierBase<> {
    using PtrConst = Vesper::Ptr<const Config>;
    class NotifieeConst : public Vesper::NotifieeBase<Config> {};
 
+   // The members of `portChannel`; empty for a port-channel without members or not known.
+   const std::vector<Pylon::IntfId>& member( Pylon::IntfId portChannel ) const;
+   // Sets the members of `portChannel`; an empty list removes it.
+   void memberIs( Pylon::IntfId portChannel, std::vector<Pylon::IntfId> members );
+   const std::map<Pylon::IntfId, std::vector<Pylon::IntfId> >& members() const { return member_; }
+
  private:
    friend Ptr configFactory();
    Config() = default;
+
+   std::map<Pylon::IntfId, std::vector<Pylon::IntfId> > member_;
 };
 
 Config::Ptr configFactory();

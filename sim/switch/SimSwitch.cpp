@@ -95,6 +95,7 @@ SimSwitch::SimSwitch( const SwitchProfile& profile, const SwitchOptions& options
       l3IntfStatus_( HalyardL3::l3IntfStatusFactory() ),
       aclHwStatus_( HalyardCentral::aclHwStatusFactory() ),
       statusDp_( Acl::statusDpFactory() ),
+      lagInputConfig_( Lag::Input::configFactory() ),
       vlanTopoAgent_( agentChips(), vlanTopoSliceStatus_, vlanTopoBlockedStatus_ ),
       l3Agent_( agentChips(), l3SliceAgentStatus_, l3IntfStatus_ ) {
    unitsAttach( options );

@@ -54,6 +54,7 @@
 #include "platform/status/VlanTopoSliceStatus.h"
 #include "platform/tcam/HalyardAttributes.h"
 #include "platform/tcam/HalyardCommonSmData.h"
+#include "platform/wiring/AgentRecords.h"
 #include "sim/agents/L3Agent.h"
 #include "sim/agents/VlanTopoAgent.h"
 #include "sim/catalog/ChipCatalog.h"
@@ -130,6 +131,8 @@ class SimSwitch {
    const HalyardL3::L3IntfStatus::Ptr& l3IntfStatus() const { return l3IntfStatus_; }
    const HalyardCentral::AclHwStatus::Ptr& aclHwStatus() const { return aclHwStatus_; }
    const Acl::StatusDp::Ptr& statusDp() const { return statusDp_; }
+   // The link aggregation agent's input: the profile's port-channels and their members.
+   const Lag::Input::Config::Ptr& lagInputConfig() const { return lagInputConfig_; }
    SimFabricDevice& fabricDevice() { return fabric_; }
 
    // Whether ACLs are supported under the switch's line card and epoch. The back-end asks under
@@ -193,6 +196,7 @@ class SimSwitch {
    HalyardL3::L3IntfStatus::Ptr l3IntfStatus_;
    HalyardCentral::AclHwStatus::Ptr aclHwStatus_;
    Acl::StatusDp::Ptr statusDp_;
+   Lag::Input::Config::Ptr lagInputConfig_;
    VlanTopoAgent vlanTopoAgent_;
    L3Agent l3Agent_;
 };

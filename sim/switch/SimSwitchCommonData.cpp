@@ -31,12 +31,14 @@ void SimSwitch::intfMapsFill() {
       hcsd_->halyardIntfToPortCacheIs( intf, port );
       hcsd_->halyardPortToIntfIs( port, intf );
    }
-   // The agent knows a port-channel by one port of it, its first member's.
+   // The agent knows a port-channel by one port of it, its first member's; the members
+   // themselves are the link aggregation agent's.
    for ( const auto& [number, members] : profile_.portChannels() ) {
       const auto intf = Pylon::IntfId::portChannel( number );
       const HalyardPort port = *portOf( intf );
       hcsd_->halyardIntfToPortIs( intf, port );
       hcsd_->halyardIntfToPortCacheIs( intf, port );
+      lagInputConfig_->memberIs( intf, members );
    }
 }
 

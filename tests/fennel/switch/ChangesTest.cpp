@@ -24,12 +24,16 @@ const IntfId eth2 = IntfId::ethernet( 2 );
 const IntfId eth3 = IntfId::ethernet( 3 );
 const IntfId eth25 = IntfId::ethernet( 25 );
 const IntfId eth26 = IntfId::ethernet( 26 );
+// Port-Channel10 of the default switch: Ethernet21 and Ethernet22.
+const IntfId po10 = IntfId::portChannel( 10 );
+const IntfId eth21 = IntfId::ethernet( 21 );
+const IntfId eth22 = IntfId::ethernet( 22 );
 
 class ChangesTest : public ::testing::Test {
  protected:
    // Random packets on every port of the test, each checked against the evaluator.
-   void expectAgreement( const std::string& step ) {
-      const std::vector<IntfId> ports = { eth1, eth2, eth3, eth25, eth26 };
+   void expectAgreement( const std::string& step,
+                         const std::vector<IntfId>& ports = { eth1, eth2, eth3, eth25, eth26 } ) {
       const auto mac = sw_.config()->aclConfig( AclType::mac, Vesper::Name( "m" ) );
       const auto v4 = sw_.config()->aclConfig( AclType::ip, Vesper::Name( "v4" ) );
       for ( int i = 0; i < 300; ++i ) {
@@ -106,6 +110,26 @@ TEST_F( ChangesTest, EachPassLeavesTheHardwareAsTheConfigurationSays ) {
    EXPECT_TRUE( sw_.machine().acls().empty() );
    EXPECT_EQ( 0u, Fennel::EntryOwners( *sw_.agent().helper() ).size() );
    EXPECT_FALSE( sw_.machine().passWanted() );
+}
+
+// A port-channel's list goes on every member port, in and out, and leaves them all.
+TEST_F( ChangesTest, APortChannelsListStandsOnEveryMember ) {
+   random_.macListIs( sw_.config(), "m", 30 );
+   listIs( sw_.config(), AclType::ip, "v4",
+           { ip4( 10, deny ).proto( udp ).dst( "10.1.0.0/16" ), ip4( 20, permit ) } );
+   sw_.bind( AclType::ip, "v4", po10, AclDirection::in );
+   sw_.bind( AclType::mac, "m", po10, AclDirection::out );
+   sw_.settle();
+   const std::vector<IntfId> ports = { eth1, eth21, eth22, po10 };
+   expectAgreement( "bound to the port-channel", ports );
+   const auto* acl = sw_.machine().acl( AclKey( "v4", AclType::ip, AclDirection::in ) );
+   ASSERT_NE( nullptr, acl );
+   EXPECT_EQ( ( std::set<IntfId>{ eth21, eth22 } ), acl->intfs );
+
+   sw_.intfConfig()->intfAclDelAll();
+   sw_.settle();
+   EXPECT_TRUE( sw_.machine().acls().empty() );
+   EXPECT_EQ( 0u, Fennel::EntryOwners( *sw_.agent().helper() ).size() );
 }
 
 }  // namespace

@@ -111,7 +111,13 @@ HardwareOutcome GenericSwitch::inject( const Fennel::Packet& packet ) {
 }
 
 Fennel::Evaluation GenericSwitch::reference( const Fennel::Packet& packet ) const {
-   return Fennel::Evaluator( config(), intfConfig(), paramConfig() ).evaluate( packet );
+   Fennel::Topology topology;
+   for ( const auto& [portChannel, members] : agent_.sim().lagInputConfig()->members() ) {
+      for ( Pylon::IntfId member : members ) {
+         topology.portChannel[member] = portChannel;
+      }
+   }
+   return Fennel::Evaluator( config(), intfConfig(), paramConfig(), topology ).evaluate( packet );
 }
 
 std::string GenericSwitch::disagreement( const Fennel::Packet& packet ) {
