@@ -115,8 +115,12 @@ void GenericAclSm::noteResult( AclState& acl, AclCreateError result, const std::
    if ( result == aclCreateSuccess ) {
       return;
    }
-   acl.error = result;
-   acl.errorText = where + ": " + errorName( result );
+   // The first rule that failed names the error: on a full TCAM every rule after it fails
+   // too, and the closing rule would hide where the list stopped fitting.
+   if ( acl.error == aclCreateSuccess ) {
+      acl.error = result;
+      acl.errorText = where + ": " + errorName( result );
+   }
    if ( acl.pending == PendingReason::none && result != aclCreateNotExpressible ) {
       acl.pending = PendingReason::resources;
    }
@@ -216,9 +220,12 @@ AclCreateError GenericAclSm::createIpRule( AclState& acl, Memory& memory, U32 se
                                   << " found no range checker; blocks on the next pass" );
       memory.blockSeqs.insert( seq );
       acl.pending = PendingReason::expand;
-      acl.error = result;
-      acl.errorText = "sequence " + std::to_string( seq ) +
-                      ": no range checker; its port ranges go in as masked blocks on the next pass";
+      if ( acl.error == aclCreateSuccess ) {
+         acl.error = result;
+         acl.errorText =
+             "sequence " + std::to_string( seq ) +
+             ": no range checker; its port ranges go in as masked blocks on the next pass";
+      }
       return aclCreateSuccess;  // said above, in its own words
    }
    return result;
