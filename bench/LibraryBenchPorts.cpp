@@ -29,11 +29,12 @@ void unbind( LibrarySwitch& sw, Pylon::IntfId intf ) {
    sw.intfConfig().intfAclDel( Acl::AclType::ip, Acl::AclDirection::in, intf );
 }
 
-// Nanoseconds of the timed part per entry, from the benchmark's own clock.
-benchmark::Counter nsPerEntry( U32 entries ) {
-   return benchmark::Counter(
-       double( entries ) * 1e-9,
-       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert );
+using Clock = std::chrono::steady_clock;
+
+// Nanoseconds of the timed work per iteration and entry.
+double nsPerEntry( Clock::duration taken, const benchmark::State& state, U32 entries ) {
+   return std::chrono::duration<double, std::nano>( taken ).count() / double( state.iterations() ) /
+          double( entries );
 }
 
 void BM_PortUpdate( benchmark::State& state ) {
