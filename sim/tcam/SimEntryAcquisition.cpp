@@ -1,8 +1,10 @@
 // Entries: acquisition, release, what is left per unit, exhaustion and compression.
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "platform/vesper/Assert.h"
+#include "platform/vesper/Exception.h"
 #include "sim/tcam/SimTcamEntryManager.h"
 #include "sim/tcam/SimTcamGroupManager.h"
 #include "sim/tcam/TcamUnit.h"
@@ -29,6 +31,18 @@ void SimTcamGroupManager::exhaustedUpdate( TcamGroupAssignment a, U32 unit ) {
    if ( m->exhausted( unit ) != full ) {
       m->exhaustedIs( unit, full );
    }
+}
+
+void SimTcamGroupManager::groupCapacityIs( TcamGroupAssignment a, U32 unit, U32 capacity ) {
+   TcamUnit* u = tcamUnit( unit );
+   const auto def = table_.find( a );
+   if ( !u || def == table_.end() ) {
+      throw Vesper::RangeException( "no group " + std::to_string( U32( a ) ) + " on unit " +
+                                    std::to_string( unit ) );
+   }
+   GroupUse& g = u->group( a );
+   g.capacity = std::clamp( capacity, g.inUse, def->second.capacity );
+   exhaustedUpdate( a, unit );
 }
 
 // The groups of a stage share its free slices: a slice taken or given back by one changes

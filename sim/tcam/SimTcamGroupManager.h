@@ -106,6 +106,12 @@ class SimTcamGroupManager : public Halyard::HalyardTcamGroupManager {
    // The use of the unit's groups, slices, range checkers and UDF chunks; nullopt for an
    // unknown unit.
    std::optional<UnitUsage> unitUsage( U32 unit ) const;
+   // Changes at run time the most entries the group may hold on the unit, as a chip that gives
+   // a stage's slices to other features would: a soak shrinks a group to force exhaustion and
+   // grows it to see the waiting ACLs go in. Never below what the group holds nor above its
+   // table capacity; an exhaustion change is notified as for any other change of room.
+   // An unknown unit or group raises Vesper::RangeException.
+   void groupCapacityIs( Halyard::TcamGroupAssignment a, U32 unit, U32 capacity );
 
    Halyard::HalyardBoundedTcamEntryManager::Ptr entryManager(
        Halyard::TcamGroupAssignment a ) const override;
