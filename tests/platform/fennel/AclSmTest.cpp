@@ -68,32 +68,6 @@ TEST_F( AclSmTest, WithoutAFactoryTheMachineIsPlainAndBuiltFromItsInputs ) {
    EXPECT_EQ( inputs_, sm->inputs() );
 }
 
-TEST_F( AclSmTest, BuiltFromComparesEveryInputByIdentity ) {
-   const AclSm::Ptr sm = AclSm::create( inputs_ );
-   const AclSmInputs other = freshInputs();
-   // Replace one input at a time: each single difference is seen.
-   std::vector<AclSmInputs> variants( 14, inputs_ );
-   variants[0].fcsd = other.fcsd;
-   variants[1].mainConfig = other.mainConfig;
-   variants[2].aclParamConfig = other.aclParamConfig;
-   variants[3].intfConfigDir = other.intfConfigDir;
-   variants[4].intfConfigCli = other.intfConfigCli;
-   variants[5].hwConfigDir = other.hwConfigDir;
-   variants[6].status = other.status;
-   variants[7].aclCauseStatus = other.aclCauseStatus;
-   variants[8].lagInputConfig = other.lagInputConfig;
-   variants[9].aclHelper = other.aclHelper;
-   variants[10].clock = other.clock;
-   variants[11].brConfig = other.brConfig;
-   variants[12].subIntfStatusDir = other.subIntfStatusDir;
-   variants[13].subIntfConfigDir = nullptr;
-   for ( size_t i = 0; i < variants.size(); ++i ) {
-      EXPECT_FALSE( sm->builtFrom( variants[i] ) ) << "input " << i;
-   }
-   AclSmInputs copy = inputs_;
-   EXPECT_TRUE( sm->builtFrom( copy ) );
-}
-
 TEST_F( AclSmTest, ARegisteredFactoryBuildsTheMachineUntilItIsRemoved ) {
    std::vector<const AclSmInputs*> calls;
    Fennel::aclSmFactoryIs( [&calls]( const AclSmInputs& inputs ) {
@@ -138,13 +112,6 @@ TEST_F( AclSmTest, BuildingAMachineHandsTheBackEndTheGenericInputsItReads ) {
    next.intfConfigCli = Acl::intfConfigFactory();
    const AclSm::Ptr replacement = AclSm::create( next );
    EXPECT_EQ( next.intfConfigCli, helper->intfConfig() );
-}
-
-TEST_F( AclSmTest, AMachineWithoutABackEndIsAllowed ) {
-   inputs_.aclHelper = nullptr;
-   const AclSm::Ptr sm = AclSm::create( inputs_ );
-   EXPECT_FALSE( sm->aclHelper() );
-   EXPECT_TRUE( sm->builtFrom( inputs_ ) );
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The agent's shared data: what each collection reads when a member is
-// absent, and that a reactor hears each real change exactly once.
+// absent, how keyed maps tell units apart, and the walk order of fabric ports.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -58,30 +58,6 @@ TEST_F( CommonSmDataTest, AbsentInterfaceReadsAsTheInvalidPort ) {
    EXPECT_THAT( events_.take(), IsEmpty() );
 }
 
-TEST_F( CommonSmDataTest, IntfToPortNotifiesOncePerRealChange ) {
-   hcsd_->halyardIntfToPortIs( eth1_, HalyardPort( 0, 5 ) );
-   EXPECT_THAT( events_.take(), ElementsAre( "intfToPort Ethernet1" ) );
-   EXPECT_EQ( hcsd_->halyardIntfToPort( eth1_ ), HalyardPort( 0, 5 ) );
-
-   hcsd_->halyardIntfToPortIs( eth1_, HalyardPort( 0, 5 ) );
-   EXPECT_THAT( events_.take(), IsEmpty() ) << "same value, no change";
-
-   hcsd_->halyardIntfToPortIs( eth1_, HalyardPort( 1, 5 ) );
-   EXPECT_THAT( events_.take(), ElementsAre( "intfToPort Ethernet1" ) );
-
-   hcsd_->halyardIntfToPortDel( eth1_ );
-   hcsd_->halyardIntfToPortDel( eth1_ );
-   EXPECT_THAT( events_.take(), ElementsAre( "intfToPort Ethernet1" ) ) << "one removal";
-   EXPECT_EQ( hcsd_->halyardIntfToPort( eth1_ ), HalyardCommonSmData::invalidPort );
-}
-
-TEST_F( CommonSmDataTest, CacheIsASeparateMapWithItsOwnNotification ) {
-   hcsd_->halyardIntfToPortCacheIs( eth2_, HalyardPort( 0, 7 ) );
-   EXPECT_THAT( events_.take(), ElementsAre( "intfToPortCache Ethernet2" ) );
-   EXPECT_FALSE( hcsd_->halyardIntfToPortHas( eth2_ ) );
-   EXPECT_EQ( hcsd_->halyardIntfToPortCache( eth2_ ), HalyardPort( 0, 7 ) );
-}
-
 TEST_F( CommonSmDataTest, PortKeyedMapTellsUnitsApart ) {
    // The same port number on two units: two members.
    hcsd_->halyardPortToIntfIs( HalyardPort( 0, 5 ), eth1_ );
@@ -92,20 +68,6 @@ TEST_F( CommonSmDataTest, PortKeyedMapTellsUnitsApart ) {
    EXPECT_TRUE( hcsd_->halyardPortToIntf( HalyardPort( 5, 0 ) ).isNull() )
        << "unit and port are not interchangeable";
    EXPECT_EQ( hcsd_->halyardPortToIntf().size(), 2u );
-}
-
-TEST_F( CommonSmDataTest, DelAllRemovesOneByOneAndNotifiesEach ) {
-   for ( U16 unit : { 0, 1, 2 } ) {
-      hcsd_->halyardModIdIs( unit,
-                             Halyard::HalyardModInfo( unit, Pylon::ModId( unit ),
-                                                      HalyardCentral::ChipInfo( 7, 1 ), "chip" ) );
-   }
-   events_.take();
-   hcsd_->halyardModIdDelAll();
-   // Walk order: bit-reversed unit numbers, 0, 2, 1.
-   EXPECT_THAT( events_.take(), ElementsAre( "modId 0", "modId 2", "modId 1" ) );
-   EXPECT_TRUE( hcsd_->halyardModId().empty() );
-   EXPECT_EQ( hcsd_->halyardModId( 0 ), Halyard::HalyardModInfo() ) << "absent: the default";
 }
 
 TEST_F( CommonSmDataTest, FabricPortsWalkInRisingOrder ) {
@@ -136,64 +98,5 @@ TEST_F( CommonSmDataTest, PortBlockGroupsKeepFalseMembers ) {
    hcsd_->portBlockTcamGroupIs( 4096, true );
    EXPECT_FALSE( hcsd_->portBlockTcamGroup( 8192 ) );
 }
-
-TEST_F( CommonSmDataTest, RestartRequestIsKeptAndToldOnce ) {
-   const Halyard::ModRequest request( true, 2 );
-   hcsd_->restartAgentIs( request );
-   hcsd_->restartAgentIs( request );
-   EXPECT_THAT( events_.take(), ElementsAre( "restartAgent" ) );
-   EXPECT_EQ( hcsd_->restartAgent(), request );
-}
-
-TEST_F( CommonSmDataTest, NamesNotifyOnChangeOnly ) {
-   hcsd_->linecardNameIs( "Linecard3" );
-   hcsd_->linecardNameIs( "Linecard3" );
-   hcsd_->epochNameIs( "epoch1" );
-   EXPECT_THAT( events_.take(), ElementsAre( "linecardName", "epochName" ) );
-   EXPECT_EQ( hcsd_->linecardName(), "Linecard3" );
-   EXPECT_EQ( hcsd_->epochName(), "epoch1" );
-}
-
-// The agent-wide switches: false at start, each with its own notification.
-struct Switch {
-   const char* name;
-   void ( HalyardCommonSmData::*set )( bool );
-   bool ( HalyardCommonSmData::*get )() const;
-};
-
-class SwitchTest : public TcamTest::ActivityTest, public ::testing::WithParamInterface<Switch> {
- protected:
-   HalyardCommonSmData::Ptr hcsd_ = Halyard::halyardCommonSmDataFactory();
-   Reactor reactor_{ hcsd_, events_ };
-};
-
-TEST_P( SwitchTest, StartsFalseAndNotifiesEachFlipOnce ) {
-   const Switch& s = GetParam();
-   EXPECT_FALSE( ( *hcsd_.*s.get )() );
-   ( *hcsd_.*s.set )( false );
-   EXPECT_THAT( events_.take(), IsEmpty() );
-   ( *hcsd_.*s.set )( true );
-   ( *hcsd_.*s.set )( true );
-   EXPECT_THAT( events_.take(), ElementsAre( s.name ) );
-   EXPECT_TRUE( ( *hcsd_.*s.get )() );
-   ( *hcsd_.*s.set )( false );
-   EXPECT_THAT( events_.take(), ElementsAre( s.name ) );
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EverySwitch, SwitchTest,
-    ::testing::Values( Switch{ "aclRuleIndexConsistencyCheck",
-                               &HalyardCommonSmData::aclRuleIndexConsistencyCheckIs,
-                               &HalyardCommonSmData::aclRuleIndexConsistencyCheck },
-                       Switch{ "aclHwInitBypass", &HalyardCommonSmData::aclHwInitBypassIs,
-                               &HalyardCommonSmData::aclHwInitBypass },
-                       Switch{ "vfiForwarding", &HalyardCommonSmData::vfiForwardingIs,
-                               &HalyardCommonSmData::vfiForwarding },
-                       Switch{ "vlanBlockBypass", &HalyardCommonSmData::vlanBlockBypassIs,
-                               &HalyardCommonSmData::vlanBlockBypass },
-                       Switch{ "vlanSliceBlockEnabled",
-                               &HalyardCommonSmData::vlanSliceBlockEnabledIs,
-                               &HalyardCommonSmData::vlanSliceBlockEnabled } ),
-    []( const auto& info ) { return std::string( info.param.name ); } );
 
 }  // namespace

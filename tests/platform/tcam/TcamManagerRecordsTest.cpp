@@ -83,26 +83,6 @@ TEST_F( TcamManagerRecordsTest, EntryFindsTheManagerThatIssuedIt ) {
    EXPECT_FALSE( gm_->tcamManagerForEntryHas( 41 ) );
 }
 
-TEST_F( TcamManagerRecordsTest, MirroringGroupTypeReadsZeroUntilRecorded ) {
-   EXPECT_FALSE( gm_->groupMirroringAclValid( 74 ) );
-   EXPECT_EQ( gm_->groupMirroringAclType( 74 ), 0 ) << "a group without a record";
-   gm_->groupMirroringAclValidIs( 74, true );
-   gm_->groupMirroringAclTypeIs( 74, Halyard::groupMirroringAclTypeNone );
-   EXPECT_EQ( gm_->groupMirroringAclType( 74 ), ~0 ) << "unset is all ones, not 0";
-   EXPECT_EQ( gm_->groupMirroringAclType( 75 ), 0 );
-}
-
-TEST_F( TcamManagerRecordsTest, GroupManagerRecordsNotifyOnRealChanges ) {
-   GroupReactor reactor( gm_, events_ );
-   gm_->rangeCheckersExhaustedIs( 1, true );
-   gm_->rangeCheckersExhaustedIs( 1, true );
-   gm_->ingressRaclSharingSupportedIs( false );
-   gm_->ingressRaclSharingSupportedIs( true );
-   gm_->ingressMirrorAclKeyWidthModeIs( 1 );
-   EXPECT_THAT( events_.take(), ElementsAre( "rangeCheckers 1", "sharing", "keyWidth" ) );
-   EXPECT_FALSE( gm_->rangeCheckersExhausted( 0 ) );
-}
-
 TEST_F( TcamManagerRecordsTest, GroupManagerAndItsManagersDoNotKeepEachOtherAlive ) {
    // Counted under the nearest class with a type record of its own.
    const Vesper::Type& type = InertEntryManager::fwkTypeStatic();
