@@ -70,11 +70,4 @@ TEST( HalyardModInfoTest, FamilyCodeReadsThroughToTheChipType ) {
               "'revisionId': 0}), 'chipName': 'chip2'})" );
 }
 
-TEST( ModRequestTest, TextShowsEveryField ) {
-   EXPECT_EQ( valueToStrep( Halyard::ModRequest( true, 2 ) ),
-              "Value('Halyard::ModRequest', ** {'planned': True, 'reasonCode': 2, 'detail': ''})" );
-   EXPECT_NE( Halyard::ModRequest( true, 2 ), Halyard::ModRequest( true, 2, "x" ) );
-   EXPECT_EQ( Halyard::ModRequest(), Halyard::ModRequest( false, 0, "" ) );
-}
-
 }  // namespace

@@ -42,16 +42,6 @@ TEST( LinkStackTest, PushGivesTheNextIndexAndPopTakesTheNewest ) {
    EXPECT_THAT( stack.topFirst(), ElementsAre( 40, 21, 10 ) );
 }
 
-TEST( LinkStackTest, PopOnEmptyGivesNothingAndTheStackStaysUsable ) {
-   LinkStack stack;
-   EXPECT_EQ( stack.pop(), std::nullopt );
-   EXPECT_EQ( stack.top(), std::nullopt );
-   EXPECT_TRUE( stack.empty() );
-   EXPECT_EQ( stack.push( 255 ), 0u );
-   EXPECT_EQ( stack.pop(), 255 );
-   EXPECT_EQ( stack.pop(), std::nullopt );
-}
-
 TEST( LinkStackTest, FullIndexSpaceAndBadIndexRaiseExactTexts ) {
    LinkStack stack( 2 );
    stack.push( 1 );
@@ -78,16 +68,6 @@ TEST( LinkQueueTest, DeqGivesTheOldestFirst ) {
    EXPECT_EQ( queue.headIndex(), 2u );
    EXPECT_EQ( queue.tailIndex(), 4u );
    EXPECT_EQ( queue.size(), 2u );
-}
-
-TEST( LinkQueueTest, DeqOnEmptyGivesNothingAndChangesNothing ) {
-   LinkQueue queue;
-   EXPECT_EQ( queue.deq(), std::nullopt );
-   EXPECT_EQ( queue.front(), std::nullopt );
-   EXPECT_EQ( queue.headIndex(), std::nullopt );
-   EXPECT_EQ( queue.tailIndex(), 0u );
-   EXPECT_EQ( queue.enq( 9 ), 0u );
-   EXPECT_EQ( queue.front(), 9u );
 }
 
 TEST( LinkQueueTest, IndexesWrapAndAFullSpaceRaises ) {

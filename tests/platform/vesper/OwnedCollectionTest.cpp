@@ -44,14 +44,6 @@ std::string nameInUseErrorOf( F&& f ) {
    return "no exception";
 }
 
-TEST( ValueTextTest, ShowsValuesAsMessagesDo ) {
-   // U8 as a number, not a character; pointers in hex, null as 0x0.
-   EXPECT_EQ( Vesper::valueText( U8( 7 ) ), "7" );
-   EXPECT_EQ( Vesper::valueText( true ), "true" );
-   EXPECT_EQ( Vesper::valueText( reinterpret_cast<const Helper*>( 0xbeef0 ) ), "0xbeef0" );
-   EXPECT_EQ( Vesper::valueText( BackPtr<Helper>() ), "0x0" );
-}
-
 class OwnedCollectionTest : public ::testing::Test {
  protected:
    Helper helper_, otherHelper_;

@@ -52,18 +52,6 @@ TEST_F( PtrTest, CopiesCountAndTheLastOneDestroys ) {
    EXPECT_EQ( a, nullptr );
 }
 
-TEST_F( PtrTest, AssigningToItselfKeepsTheCount ) {
-   Ptr<Counted> a( new Counted( &destroyed_ ) );
-   Ptr<Counted>& alias = a;
-   a = alias;
-   EXPECT_EQ( a->references(), 1u );
-   EXPECT_EQ( destroyed_, 0 );
-   a = std::move( alias );
-   ASSERT_TRUE( a );
-   EXPECT_EQ( a->references(), 1u );
-   EXPECT_EQ( destroyed_, 0 );
-}
-
 TEST_F( PtrTest, AssignmentTakesTheNewBeforeDroppingTheOld ) {
    Ptr<Counted> a( new Counted( &destroyed_ ) );
    Ptr<Counted> b( new Counted( &destroyed_ ) );
@@ -72,42 +60,12 @@ TEST_F( PtrTest, AssignmentTakesTheNewBeforeDroppingTheOld ) {
    EXPECT_EQ( b->references(), 2u );
 }
 
-TEST_F( PtrTest, ConvertsDerivedToBaseAndToConst ) {
-   Ptr<Derived> d( new Derived( &destroyed_ ) );
-   Ptr<Counted> base = d;
-   Ptr<const Counted> constBase = base;
-   Ptr<const PtrInterface> root = constBase;
-   EXPECT_EQ( Vesper::ptrDynamicCast<Derived>( base ), d );
-   EXPECT_EQ( d->references(), 4u );
-   Ptr<Counted> moved = std::move( d );
-   EXPECT_EQ( moved->references(), 4u ) << "a converting move does not count";
-   EXPECT_FALSE( d );
-   moved = nullptr;
-   base = nullptr;
-   constBase = nullptr;
-   EXPECT_EQ( destroyed_, 0 );
-   root = nullptr;
-   EXPECT_EQ( destroyed_, 1 );
-}
-
 TEST_F( PtrTest, BackPtrDoesNotCount ) {
    Ptr<Counted> owner( new Counted( &destroyed_ ) );
    BackPtr<Counted> back = owner;
    BackPtr<const Counted> constBack = back;
    EXPECT_EQ( owner->references(), 1u );
    EXPECT_EQ( constBack.ptr(), owner.ptr() );
-}
-
-TEST_F( PtrTest, ZeroReferencesIsCanBeOverridden ) {
-   // An object that parks itself at zero instead of dying (a pool would).
-   struct Parked : PtrInterface {
-      bool parked = false;
-      void zeroReferencesIs( bool zero ) override { parked = zero; }
-   };
-   Parked object;
-   { Ptr<Parked> p( &object ); }
-   EXPECT_TRUE( object.parked );
-   EXPECT_EQ( object.references(), 0u );
 }
 
 // Restores the process-wide switch after each test.
@@ -165,27 +123,5 @@ class TrackedChild : public Tracked {
  public:
    char more[40] = {};
 };
-
-TEST( TypeTest, CountersFollowAllocationsByType ) {
-   const Vesper::Type& type = Tracked::fwkTypeStatic();
-   EXPECT_EQ( Vesper::Type::find( "Test::Tracked" ), &type );
-   const auto allocationsBefore = type.allocations();
-   const auto liveBefore = type.liveObjects();
-   const auto bytesBefore = type.liveBytes();
-
-   Ptr<Tracked> a( new Tracked );
-   EXPECT_EQ( &a->fwkType(), &type );
-   Ptr<Tracked> b( new TrackedChild );
-   EXPECT_EQ( &b->fwkType(), &type ) << "a subclass without its own record counts as its base";
-   EXPECT_EQ( type.liveObjects(), liveBefore + 2 );
-   EXPECT_EQ( type.allocations(), allocationsBefore + 2 );
-   EXPECT_EQ( type.liveBytes(), bytesBefore + sizeof( Tracked ) + sizeof( TrackedChild ) );
-
-   b = nullptr;
-   EXPECT_EQ( type.liveBytes(), bytesBefore + sizeof( Tracked ) );
-   a = nullptr;
-   EXPECT_EQ( type.liveObjects(), liveBefore );
-   EXPECT_EQ( type.liveBytes(), bytesBefore );
-}
 
 }  // namespace

@@ -14,30 +14,6 @@ using Vesper::Name;
 using Vesper::Ptr;
 using Vesper::String;
 
-TEST( StringTest, CopiesShareTheTextAndCompareByValue ) {
-   const String a( std::string( "Ethernet1" ) );
-   const String b = a;
-   EXPECT_EQ( a.c_str(), b.c_str() ) << "a copy shares the characters";
-   const String c( "Ethernet1" );
-   EXPECT_NE( a.c_str(), c.c_str() );
-   EXPECT_EQ( a, c );
-   EXPECT_NE( a, "Ethernet2" );
-   EXPECT_LT( a, "Ethernet2" );
-   EXPECT_GT( a, "Ethernet" );
-   EXPECT_TRUE( String().empty() );
-   EXPECT_EQ( String(), "" );
-}
-
-TEST( StringTest, HashesAndStreams ) {
-   EXPECT_EQ( String( "acl" ).hash(), Vesper::textHash( "acl" ) );
-   EXPECT_NE( String( "acl" ).hash(), String( "aCl" ).hash() );
-   std::unordered_set<Name> names = { Name( "a" ), Name( "b" ), Name( "a" ) };
-   EXPECT_EQ( names.size(), 2u );
-   std::ostringstream os;
-   os << Name( "halyard" ) << '/' << String( "acl" );
-   EXPECT_EQ( os.str(), "halyard/acl" );
-}
-
 // An entity that records its hook calls and may claim backup support.
 class Node : public Entity {
  public:
@@ -85,20 +61,6 @@ TEST( EntityTest, ChildrenOutlivingTheirParentBecomeRoots ) {
    parent.reset();
    EXPECT_FALSE( child.parent() );
    EXPECT_EQ( child.fullName(), "child" );
-}
-
-TEST( EntityTest, NameFromBackupNeedsBackupSupport ) {
-   Node plain( "plain" );
-   try {
-      plain.nameIsFromBackup( "restored" );
-      FAIL() << "no exception";
-   } catch ( const Vesper::Exception& e ) {
-      EXPECT_STREQ( e.what(), "entity plain has no backup support to restore name restored from" );
-   }
-   EXPECT_EQ( plain.name(), "plain" );
-   Node backed( "backed", nullptr, Name(), true );
-   backed.nameIsFromBackup( "restored" );
-   EXPECT_EQ( backed.name(), "restored" );
 }
 
 }  // namespace

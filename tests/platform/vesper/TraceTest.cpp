@@ -49,23 +49,6 @@ class TraceSinkTest : public ::testing::Test {
    std::vector<SinkLine> sunk_;
 };
 
-TEST( TraceHandleTest, LevelsStartOffSwitchOneByOneAndStayInZeroToNine ) {
-   TraceHandle handle( "Test::Levels" );
-   EXPECT_THAT( levelsOn( handle ), IsEmpty() );
-   handle.levelIs( 0, true );
-   handle.levelIs( 9, true );
-   handle.levelIs( 0, false );
-   EXPECT_THAT( levelsOn( handle ), ElementsAre( 9 ) );
-   try {
-      handle.levelIs( 10, true );
-      FAIL() << "no exception";
-   } catch ( const Vesper::RangeException& e ) {
-      EXPECT_STREQ( e.what(), "trace level < 0 or > 9 not allowed" );
-   }
-   EXPECT_THROW( Vesper::traceLevelIs( "Test::Levels", -1, true ), Vesper::RangeException );
-   EXPECT_THAT( levelsOn( handle ), ElementsAre( 9 ) );
-}
-
 TEST( TraceHandleTest, PatternSettingsReachPresentAndLaterHandles ) {
    TraceHandle early( "Test::Pattern::Early" );
    TraceHandle other( "Test::Elsewhere" );
@@ -101,21 +84,6 @@ TEST( TraceSinkDefaultTest, DefaultSinkWritesNameLevelAndLineToStderr ) {
    EXPECT_EQ( ::testing::internal::GetCapturedStderr(), "Test::Stderr/1: hello\n" );
 }
 
-TEST_F( TraceSinkTest, VtraceFormatsOnlyWhenTheLevelIsOn ) {
-   int formatted = 0;
-   auto costly = [&] {
-      ++formatted;
-      return 42;
-   };
-   VTRACE( 3, "value " << costly() );
-   EXPECT_EQ( formatted, 0 );
-   vesperFileTrace().levelIs( 3, true );
-   VTRACE( 3, "value " << costly() << " unit " << 1 );
-   EXPECT_EQ( formatted, 1 );
-   EXPECT_THAT( sunk_, ElementsAre( SinkLine{ "Test::TraceFile", 3, "value 42 unit 1" } ) );
-   vesperFileTrace().levelIs( 3, false );
-}
-
 TEST_F( TraceSinkTest, CaptureTakesMatchingLinesAndTurnsLevelsOnWhileItLives ) {
    TraceHandle handle( "Test::Capture::A" );
    TraceHandle outside( "Test::NotCaptured" );
@@ -148,21 +116,6 @@ TEST_F( TraceSinkTest, CaptureWithoutEnablingSeesOnlyLevelsThatAreOn ) {
    handle.write( 2, "on" );
    EXPECT_THAT( capture.lines(), ElementsAre( "on" ) );
    EXPECT_THAT( sunk_, IsEmpty() );
-}
-
-TEST_F( TraceSinkTest, NestedCapturesBothSeeALine ) {
-   TraceHandle handle( "Test::Nested" );
-   TraceCapture all;
-   {
-      TraceCapture one( "Test::Nested" );
-      handle.write( 4, "both" );
-      EXPECT_THAT( one.lines(), ElementsAre( "both" ) );
-   }
-   EXPECT_EQ( levelsOn( handle ).size(), 10u ) << "the outer capture still enables";
-   handle.write( 4, "outer only" );
-   const auto lines = all.lines();
-   EXPECT_NE( std::find( lines.begin(), lines.end(), "both" ), lines.end() );
-   EXPECT_EQ( lines.back(), "outer only" );
 }
 
 using GlobCase = std::tuple<const char*, const char*, bool>;

@@ -11,16 +11,6 @@ namespace {
 
 using namespace Acl;
 
-TEST( FieldTermTest, KeepsOperatorAndValuesAsConfigured ) {
-   FieldTerm list = FieldTerm::eq( { 443, 80, 8080 } );
-   EXPECT_EQ( FieldOp::eq, list.op() );
-   EXPECT_EQ( ( std::vector<U16>{ 443, 80, 8080 } ), list.values() );
-   EXPECT_THROW( FieldTerm::eq( {} ), Vesper::RangeException );
-   EXPECT_THROW( FieldTerm::neq( {} ), Vesper::RangeException );
-   VocabTest::expectThrowText<Vesper::RangeException>( [] { FieldTerm::range( 10, 9 ); },
-                                                       "FieldTerm::range low > high not allowed" );
-}
-
 TEST( FieldTermTest, MatchesAtTheEdgesOfEachOperator ) {
    EXPECT_TRUE( FieldTerm::eq( { 80, 443 } ).matches( 443 ) );
    EXPECT_FALSE( FieldTerm::eq( { 80, 443 } ).matches( 81 ) );
@@ -80,23 +70,6 @@ TEST( PayloadSpecTest, ExpandsInOrderUpToTheCallersCapacity ) {
                                          { words.begin(), words.begin() + 2 } ) ) );
 }
 
-TEST( IpFilterTest, SettersAndDeletersKeepFlagsWithValues ) {
-   IpFilter f;
-   f.vniIs( 5000, 0xFFF000 );
-   EXPECT_EQ( 0xFFF000u, f.vniMask() );
-   f.vniDel();
-   EXPECT_FALSE( f.matchVni() );
-   EXPECT_EQ( IpFilter(), f );
-   f.dscpIs( 46 );
-   VocabTest::expectThrowText<Vesper::RangeException>( [&] { f.dscpIs( 64 ); },
-                                                       "IpFilter::dscp > 63 not allowed" );
-   EXPECT_EQ( 46, f.dscp() );
-   f.dscpDel();
-   EXPECT_EQ( IpFilter(), f );
-   f.ttlIs( TtlSpec( TtlOp::eq, 1 ) );
-   EXPECT_EQ( "eq 1", valueToStrep( f.ttl() ) );
-}
-
 TEST( Ip6FilterTest, PrefixFormFollowsTheFullMask ) {
    Ip6Filter f;
    f.sourceIs( Pylon::strepToValue<Pylon::Ip6AddrWithMask>( "2001:db8::/48" ) );
@@ -114,53 +87,12 @@ TEST( Ip6FilterTest, PrefixFormFollowsTheFullMask ) {
    EXPECT_EQ( holed.address(), f.destination().address() );
 }
 
-TEST( MacFilterTest, DefaultsAndProto ) {
-   MacFilter f;
-   EXPECT_EQ( -1, f.proto() );
-   f.protoIs( 0 );
-   EXPECT_NE( MacFilter(), f ) << "protocol 0 is a match, not the default";
-   f.protoIs( -1 );
-   f.mplsLabelIs( 0xFFFFF );
-   f.mplsLabelDel();
-   EXPECT_EQ( MacFilter(), f );
-}
-
-TEST( RuleConfigTest, HoldsOneFilterAndHandsOutItsTypedView ) {
-   MacRuleConfig mac;
-   MacFilter filter;
-   filter.protoIs( 0x0800 );
-   mac.filterIs( filter );
-   mac.actionIs( deny() );
-   mac.logIs( true );
-   mac.seqNoIs( 30 );
-   mac.uniqueIdIs( UniqueId( 99 ) );
-   RuleConfig rule( mac );
-   EXPECT_EQ( Acl::mac(), rule.aclType() );
-   EXPECT_EQ( 0x0800, rule.macFilter().proto() );
-   EXPECT_EQ( mac, rule.macRuleConfig() );
-   EXPECT_FALSE( rule.isRemark() );
-
-   EXPECT_EQ( Acl::ip(), RuleConfig().aclType() );
-   EXPECT_EQ( Acl::ipv6(), RuleConfig( Ip6RuleConfig() ).aclType() );
-   IpRuleConfig ip;
-   ip.remarkIs( "allow web" );
-   EXPECT_EQ( "allow web", RuleConfig( ip ).remark() );
-}
-
 TEST( RuleConfigDeathTest, AskingForAnotherTypesFilterStops ) {
    GTEST_FLAG_SET( death_test_style, "threadsafe" );
    RuleConfig ipRule;
    EXPECT_DEATH( ipRule.macFilter(), "Assertion `aclType\\(\\) == Acl::mac\\(\\)' failed" );
    RuleConfig macRule{ MacRuleConfig() };
    EXPECT_DEATH( macRule.ipFilter(), "Assertion `aclType\\(\\) == Acl::ip\\(\\)' failed" );
-}
-
-TEST( UniqueIdTest, EmptyByDefaultAndAfterDoInit ) {
-   UniqueId id( 5 );
-   id.doInit();
-   EXPECT_EQ( UniqueId(), id );
-   EXPECT_TRUE( id.isEmpty() );
-   EXPECT_EQ( UniqueId( 1234 ), strepToValue<UniqueId>( "1234" ) );
 }
 
 TEST( UniqueIdTest, NextNeverRepeatsNorMeetsConfiguredIds ) {

@@ -61,14 +61,6 @@ TEST( AclKeyTest, OrdersByNameFirstThenTheOtherFieldsInTurn ) {
    EXPECT_EQ( "acl2", std::prev( byKey.end() )->first.aclName() );
 }
 
-TEST( AclKeyTest, DefaultsAndText ) {
-   AclKey k( "web", Acl::ipv6(), Acl::out() );
-   EXPECT_EQ(
-       "Value('Fennel::AclKey', ** {'aclName': 'web', 'aclType': ipv6, 'direction': out, "
-       "'standard': False, 'vlanId': 0, 'aclGroup': 'aclGroupDefault'})",
-       valueToStrep( k ) );
-}
-
 TEST( AclKeyTest, TextRoundTripsEvenWithAwkwardNames ) {
    auto keys = oneFieldApart();
    keys.push_back( key( "it's, 'aclType': ip", Acl::mac(), Acl::out(), true, 4095, "g\\1" ) );

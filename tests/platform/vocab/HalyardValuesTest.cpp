@@ -69,22 +69,6 @@ TEST( UdfDataTest, OutOfRangeFieldIsNamed ) {
    EXPECT_NE( std::string::npos, message.find( "attribute \"offset\" from '65536'" ) ) << message;
 }
 
-TEST( QualIdListTest, IsASetWhateverTheOrderOfInsertion ) {
-   QualIdList a{ 7, 1, 7 };
-   QualIdList b;
-   b.qualIdIs( 1 );
-   b.qualIdIs( 7 );
-   EXPECT_EQ( a, b );
-   // Pinned: Python oaat (see HalyardAclTypeDirectionFeatureTest) over the
-   // ids 1, 7 as little-endian 32-bit words.
-   EXPECT_EQ( 0xcf36f09eu, a.hash() );
-   a.qualIdDel( 1 );
-   EXPECT_FALSE( a.qualIdHas( 1 ) );
-   EXPECT_TRUE( a.qualIdHas( 7 ) );
-   EXPECT_NE( a, b );
-   EXPECT_LT( b, a );  // [1, 7] < [7]
-}
-
 TEST( QualIdListTest, TextRoundTrips ) {
    QualIdList list{ 42, 3 };
    EXPECT_EQ( "Value('Halyard::QualIdList', ** {'qualId': [3, 42]})", valueToStrep( list ) );
@@ -108,39 +92,6 @@ TEST( RangeCheckerDescTest, SameRangeOfAnotherTypeIsAnotherKey ) {
    EXPECT_EQ( 2u, keys.size() );
    EXPECT_EQ( src, *keys.begin() );
    EXPECT_EQ( dst, Halyard::strepToValue<RangeCheckerDesc>( valueToStrep( dst ) ) );
-}
-
-TEST( AclRuleUdfDataTest, AddOverwriteAndRemove ) {
-   AclRuleUdfData rule;
-   QualIdList first{ 1, 2 };
-   UdfData a( Halyard::udfOffsetBaseL3Header, 0, 0x1234, 0xFFFF, 6 );
-   UdfData b( Halyard::udfOffsetBaseL3Header, 2, 0x5678, 0xFF00, 6 );
-   rule.udfDataIs( first, a );
-   rule.udfDataIs( first, b );
-   EXPECT_EQ( 1u, rule.size() );
-   EXPECT_EQ( b, rule.udfData( first ) );
-   EXPECT_EQ( b, rule.udfDataDel( first ) );
-   EXPECT_EQ( 0u, rule.size() );
-   // Absent members read and delete as the all-zero value.
-   EXPECT_EQ( UdfData(), rule.udfDataDel( first ) );
-   EXPECT_EQ( UdfData(), rule.udfData( QualIdList{ 9 } ) );
-   rule.udfDataIs( QualIdList{ 3 }, a );
-   rule.udfDataIs( QualIdList{ 4 }, b );
-   AclRuleUdfData copy = rule;
-   EXPECT_EQ( copy, rule );
-   rule.udfDataDelAll();
-   EXPECT_EQ( 0u, rule.size() );
-   EXPECT_NE( copy, rule );
-}
-
-TEST( AclRuleUdfDataTest, PrintsItsMembers ) {
-   AclRuleUdfData rule;
-   rule.udfDataIs( QualIdList{ 5 }, UdfData( Halyard::udfOffsetBaseL2Header, 4, 1, 2, 3 ) );
-   EXPECT_EQ(
-       "Value('Halyard::AclRuleUdfData', ** {'udfData': {Value('Halyard::QualIdList', ** "
-       "{'qualId': [5]}): Value('Halyard::UdfData', ** {'base': udfOffsetBaseL2Header, "
-       "'offset': 4, 'pattern': 1, 'mask': 2, 'proto': 3})}})",
-       valueToStrep( rule ) );
 }
 
 TEST( AclRuleUdfDataDeathTest, ParsingStopsOnTheAssertion ) {

@@ -85,14 +85,6 @@ INSTANTIATE_TEST_SUITE_P( Names, IntfIdBadNameTest,
                                            "Vlan100.1", "Loopback0", " Ethernet1", "Ethernet1 ",
                                            "Ethernet-1" ) );
 
-TEST( IntfIdTest, NullIsTheEmptyName ) {
-   IntfId null;
-   EXPECT_TRUE( null.isNull() );
-   EXPECT_EQ( IntfId::Kind::null, null.kind() );
-   EXPECT_EQ( "", valueToStrep( null ) );
-   EXPECT_EQ( null, parse( "" ) );
-}
-
 TEST( IntfIdTest, FactoriesMatchParsedNamesAndCheckRanges ) {
    EXPECT_EQ( parse( "Ethernet7/2" ), IntfId::ethernet( 7, 2 ) );
    EXPECT_EQ( parse( "Port-Channel5.10" ), IntfId::portChannel( 5 ).subIntf( 10 ) );
@@ -126,15 +118,6 @@ TEST( IntfIdTest, OrdersNumericallyWithSubInterfacesAfterTheirParent ) {
        ( std::vector<std::string>{ "Ethernet1", "Ethernet2", "Ethernet2.5", "Ethernet2/1",
                                    "Ethernet10", "Port-Channel1", "Port-Channel1.3", "Vlan2" } ),
        sorted );
-}
-
-TEST( IntfIdTest, DistinctNamesHashApart ) {
-   std::set<U32> hashes;
-   for ( const char* n : { "Ethernet1", "Ethernet1/1", "Ethernet1.1", "Port-Channel1", "Vlan1" } ) {
-      hashes.insert( parse( n ).hash() );
-   }
-   EXPECT_EQ( 5u, hashes.size() );
-   EXPECT_EQ( parse( "Ethernet4" ).hash(), IntfId::ethernet( 4 ).hash() );
 }
 
 }  // namespace
