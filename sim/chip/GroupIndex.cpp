@@ -91,6 +91,10 @@ bool GroupIndex::passes( const Shape& s, const DimKey& d, const ByteTest& t, U32
 
 U32 GroupIndex::acceptedCount( const Shape& s, const DimKey& d ) {
    const ByteTest t = byteTestOf( s, d );
+   if ( d.word != kPortWord && t.mask ) {
+      // The bytes that agree with the data under the mask: one per setting of the free bits.
+      return t.never ? 0 : U32{ 1 } << ( 8 - std::popcount( t.mask ) );
+   }
    U32 n = 0;
    for ( U32 v = 0; v < kValues; ++v ) {
       n += passes( s, d, t, v ) ? 1 : 0;
@@ -117,23 +121,78 @@ GroupIndex::Dim& GroupIndex::dimOf( const DimKey& key ) {
    Dim d;
    d.key = key;
    d.rows.resize( std::size_t( kValues ) * wordsCap_ );
-   for ( U32 v = 0; v < kValues; ++v ) {
-      std::copy( live_.begin(), live_.end(), d.rows.begin() + std::size_t( v ) * wordsCap_ );
-   }
+   d.wild = live_;
    dims_.push_back( std::move( d ) );
    dimsSorted_ = false;
    return dims_.back();
 }
 
-void GroupIndex::positionWrite( U32 pos, Dim& d, bool live ) {
-   const Shape& shape = slots_[pos].shape;
-   const ByteTest t = byteTestOf( shape, d.key );
+void GroupIndex::positionWrite( U32 pos, Dim& d, const Shape& shape, bool live ) {
    const std::size_t word = pos / kWordBits;
    const U64 bit = bitOf( pos );
-   for ( U32 v = 0; v < kValues; ++v ) {
-      U64& w = d.rows[std::size_t( v ) * wordsCap_ + word];
-      w = live && passes( shape, d.key, t, v ) ? ( w | bit ) : ( w & ~bit );
+   auto write = [&]( U64& w ) { w = live ? ( w | bit ) : ( w & ~bit ); };
+   auto row = [&]( U32 v ) -> U64& { return d.rows[std::size_t( v ) * wordsCap_ + word]; };
+   if ( d.key.word == kPortWord ) {
+      if ( !shape.refusedPorts ) {
+         write( d.wild[word] );
+         return;
+      }
+      const ByteTest none;
+      for ( U32 v = 0; v < kValues; ++v ) {
+         if ( passes( shape, d.key, none, v ) ) {
+            write( row( v ) );
+         }
+      }
+      return;
    }
+   const ByteTest t = byteTestOf( shape, d.key );
+   if ( !t.mask ) {
+      write( d.wild[word] );
+      return;
+   }
+   if ( t.never ) {
+      return;
+   }
+   // Every byte that agrees with the data under the mask: the data with each subset of the
+   // free bits.
+   const U32 free = static_cast<U8>( ~t.mask );
+   for ( U32 sub = free;; sub = ( sub - 1 ) & free ) {
+      write( row( t.data | sub ) );
+      if ( sub == 0 ) {
+         break;
+      }
+   }
+}
+
+// The entry at `pos` keeps its place in the order and takes a new shape: only the rows of the
+// dimensions whose test changed are rewritten, and a dimension that both shapes constrain is
+// never dropped and made again (which would copy every row of the group). A port update
+// changes one dimension of every entry of a list this way.
+void GroupIndex::reshape( U32 pos, Shape shape ) {
+   Shape old = std::move( slots_[pos].shape );
+   slots_[pos].shape = std::move( shape );
+   const Shape& now = slots_[pos].shape;
+   for ( const DimKey& k : dimsOf( now ) ) {
+      Dim& d = dimOf( k );
+      ++d.users;
+      d.accepted += acceptedCount( now, k );
+   }
+   for ( const DimKey& k : dimsOf( old ) ) {
+      Dim& d = dimOf( k );
+      --d.users;
+      d.accepted -= acceptedCount( old, k );
+   }
+   for ( Dim& d : dims_ ) {
+      const ByteTest a = byteTestOf( old, d.key );
+      const ByteTest b = byteTestOf( now, d.key );
+      const bool portsSame = d.key.word != kPortWord || old.refusedPorts == now.refusedPorts;
+      if ( a.mask != b.mask || a.data != b.data || a.never != b.never || !portsSame ) {
+         positionWrite( pos, d, old, false );
+         positionWrite( pos, d, now, true );
+      }
+   }
+   std::erase_if( dims_, []( const Dim& d ) { return d.users == 0; } );
+   dimsSorted_ = false;
 }
 
 // ---- Changes of entries.
@@ -154,7 +213,7 @@ void GroupIndex::add( EntryRecord& e, Shape shape ) {
    }
    live_[pos / kWordBits] |= bitOf( pos );
    for ( Dim& d : dims_ ) {
-      positionWrite( pos, d, true );
+      positionWrite( pos, d, s, true );
    }
    byOrder_.emplace( key, pos );
    keyOf_.emplace( e.id, key );
@@ -172,7 +231,7 @@ void GroupIndex::remove( EntryId id ) {
       d.accepted -= acceptedCount( s, key );
    }
    for ( Dim& d : dims_ ) {
-      positionWrite( pos, d, false );
+      positionWrite( pos, d, s, false );
    }
    std::erase_if( dims_, []( const Dim& d ) { return d.users == 0; } );
    live_[pos / kWordBits] &= ~bitOf( pos );
@@ -195,10 +254,17 @@ void GroupIndex::entryIs( EntryRecord& e ) {
    }
    Shape shape = shapeOf( *e.image );
    if ( present ) {
-      const U32 pos = byOrder_.at( keyOf_.at( e.id ) );
+      const OrderKey& was = keyOf_.at( e.id );
+      const U32 pos = byOrder_.at( was );
       if ( slots_[pos].shape == shape ) {
          // Reinstalled as it stood: only its actions or its order may have changed.
          orderIs( e );
+         return;
+      }
+      const OrderKey now = orderKeyOf( e );
+      if ( !( now < was ) && !( was < now ) ) {
+         slots_[pos].entry = &e;
+         reshape( pos, std::move( shape ) );
          return;
       }
       remove( e.id );
@@ -260,18 +326,19 @@ EntryRecord* GroupIndex::firstMatch( const IndexProbe& probe ) {
    words_[kPortWord] = probe.ingressPort;
    rows_.clear();
    for ( const Dim& d : dims_ ) {
-      rows_.push_back( d.rows.data() +
-                       std::size_t( valueOf( d.key, words_.data(), probe ) ) * wordsCap_ );
+      rows_.push_back(
+          { d.rows.data() + std::size_t( valueOf( d.key, words_.data(), probe ) ) * wordsCap_,
+            d.wild.data() } );
    }
    if ( rows_.empty() ) {
-      rows_.push_back( live_.data() );
+      rows_.push_back( { live_.data(), live_.data() } );
    }
    const U32 words = ( end_ + kWordBits - 1 ) / kWordBits;
    const std::size_t dims = rows_.size();
    for ( U32 w = 0; w < words; ++w ) {
-      U64 x = rows_[0][w];
+      U64 x = rows_[0].row[w] | rows_[0].wild[w];
       for ( std::size_t i = 1; x && i < dims; ++i ) {
-         x &= rows_[i][w];
+         x &= rows_[i].row[w] | rows_[i].wild[w];
       }
       if ( x ) {
          return slots_[w * kWordBits + static_cast<U32>( std::countr_zero( x ) )].entry;

@@ -13,13 +13,16 @@
 //
 // Invariants:
 //   1. A free position's bit is clear in every row and in live_.
-//   2. For a live position p and a dimension d, bit p of row (d, v) is set if and only if the
-//      entry at p accepts v in d; an entry that does not constrain d accepts every value.
+//   2. For a live position p and a dimension d, bit p of row (d, v) OR wild (d) is set if and
+//      only if the entry at p accepts v in d. Bit p of wild (d) is set if and only if the entry
+//      does not constrain d (it accepts every value); then its bit is clear in every row of d.
 //   3. Live positions ascend in lookup order (byOrder_); none lies at or beyond end_.
 //   4. A dimension stands while at least one live entry constrains it (users > 0).
 //
-// Updates are incremental and touch the entry's own bit in each row (dimensions x kValues
-// bits): an entry that comes takes a free position between its neighbours in the order, or
+// Updates are incremental and touch the entry's own bit in the rows of the values it accepts
+// where it constrains a dimension, and in the wild row where it does not: a byte under a full
+// mask is one bit, where a row per value would be kValues bits for every dimension of the
+// group. An entry that comes takes a free position between its neighbours in the order, or
 // shifts the run of entries after it up to the next free position; one that goes leaves a free
 // position. When free positions outnumber live ones the positions are laid out afresh.
 #pragma once
@@ -126,6 +129,12 @@ class GroupIndex {
       U32 users = 0;          // live entries that constrain it
       U64 accepted = 0;       // values those entries accept, summed: the lower, the more selective
       std::vector<U64> rows;  // kValues rows of wordsCap_ words each
+      std::vector<U64> wild;  // wordsCap_ words: positions that accept every value
+   };
+   // One dimension's rows as a lookup reads them: the row of the packet's value, and wild.
+   struct ProbeRow {
+      const U64* row;
+      const U64* wild;
    };
 
    static OrderKey orderKeyOf( const EntryRecord& e ) { return { e.priority, e.ordinal, e.id }; }
@@ -144,7 +153,10 @@ class GroupIndex {
    void relayout();
 
    Dim& dimOf( const DimKey& key );
-   void positionWrite( U32 pos, Dim& d, bool live );
+   // Sets (live) or clears the position's bits in the rows of the values `shape` accepts in
+   // the dimension, or in its wild row.
+   void positionWrite( U32 pos, Dim& d, const Shape& shape, bool live );
+   void reshape( U32 pos, Shape shape );
    void add( EntryRecord& e, Shape shape );
    void remove( EntryId id );
    void dimsSort();
@@ -159,7 +171,7 @@ class GroupIndex {
    bool dimsSorted_ = true;
    // Scratch of one lookup: the probe's words and the row of each dimension.
    std::array<U64, kProbeWords> words_{};
-   std::vector<const U64*> rows_;
+   std::vector<ProbeRow> rows_;
 };
 
 }  // namespace Sim

@@ -40,6 +40,7 @@ void GroupIndex::capacityIs( U32 words ) {
                       rows.begin() + std::size_t( v ) * words );
       }
       d.rows = std::move( rows );
+      d.wild.resize( words, 0 );
    }
    live_.resize( words, 0 );
    slots_.resize( std::size_t( words ) * kWordBits );
@@ -62,6 +63,7 @@ void GroupIndex::shiftUp( U32 from, U32 to ) {
       for ( U32 v = 0; v < kValues; ++v ) {
          shiftRowUp( d.rows.data() + std::size_t( v ) * wordsCap_, from, to );
       }
+      shiftRowUp( d.wild.data(), from, to );
    }
    shiftRowUp( live_.data(), from, to );
    std::move_backward( slots_.begin() + from, slots_.begin() + to, slots_.begin() + to + 1 );
