@@ -95,26 +95,6 @@ TEST_F( ActionCombineTest, CopyAndCancelExcludeEachOtherOnOneEntry ) {
    EXPECT_EQ( ( ActionParams{ 1, 3 } ), chip.action( e, ActionId::CopyToCpu ) );
 }
 
-TEST_F( ActionCombineTest, ActionsReadBackAndReplace ) {
-   EntryId e = entry( kIfp );
-   EXPECT_EQ( std::nullopt, chip.action( e, ActionId::Drop ) );
-   ASSERT_EQ( Status::Ok, chip.actionIs( e, ActionId::CosQCpuNew, 5, 0 ) );
-   ASSERT_EQ( Status::Ok, chip.actionIs( e, ActionId::CosQCpuNew, 6, 1 ) );
-   EXPECT_EQ( ( ActionParams{ 6, 1 } ), chip.action( e, ActionId::CosQCpuNew ) );
-   ASSERT_EQ( Status::Ok, chip.actionPortsIs( e, ActionId::EgressMask, PortBitmap{ 1, 9 } ) );
-   EXPECT_EQ( ( PortBitmap{ 1, 9 } ), chip.actionPorts( e, ActionId::EgressMask ) );
-   // A port action is not a two-parameter action, and the other way round.
-   EXPECT_EQ( Status::Param, chip.actionIs( e, ActionId::EgressMask, 1, 0 ) );
-   EXPECT_EQ( Status::Param, chip.actionPortsIs( e, ActionId::Drop, PortBitmap{ 1 } ) );
-   EXPECT_EQ( Status::Ok, chip.actionDel( e, ActionId::CosQCpuNew ) );
-   EXPECT_EQ( Status::NotFound, chip.actionDel( e, ActionId::CosQCpuNew ) );
-   EXPECT_EQ( std::nullopt, chip.action( e, ActionId::CosQCpuNew ) );
-   EXPECT_EQ( Status::Ok, chip.actionIs( e, ActionId::HgTrunkResolveCancel, 0, 0 ) );
-   EXPECT_EQ( Status::NotFound, chip.actionIs( 999, ActionId::Drop, 0, 0 ) );
-   EXPECT_EQ( Status::Ok, chip.actionsDelAll( e ) );
-   EXPECT_EQ( std::nullopt, chip.actionPorts( e, ActionId::EgressMask ) );
-}
-
 TEST_F( ActionCombineTest, DenyOfTheLibraryShapeDropsAndSteersCopiesToTheDropQueue ) {
    // cancel, drop queue, egress mask of all front-panel ports, drop: as an ingress deny reads.
    EntryId e = entry( kIfp );

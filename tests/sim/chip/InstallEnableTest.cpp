@@ -91,17 +91,5 @@ TEST_F( InstallEnableTest, AReusedVerdictIsResetForEachPacket ) {
    EXPECT_EQ( PortBitmap{ 2 }, v.egressPorts );
 }
 
-TEST_F( InstallEnableTest, DumpShowsStateAndTheSoftwareFace ) {
-   EntryId e = dropPort22();
-   install( e );
-   ASSERT_EQ( Status::Ok, chip.qualifierIs( e, QualId::IpProtocol, 6, 0xFF ) );
-   const std::string dump = *chip.entryDump( e );
-   EXPECT_NE( std::string::npos, dump.find( "installed enabled pending" ) ) << dump;
-   EXPECT_NE( std::string::npos, dump.find( "qual L4DstPort data 0x0016 mask 0xffff" ) ) << dump;
-   EXPECT_NE( std::string::npos, dump.find( "qual IpProtocol data 0x06 mask 0xff" ) ) << dump;
-   EXPECT_NE( std::string::npos, dump.find( "action Drop 0 0" ) ) << dump;
-   EXPECT_EQ( std::nullopt, chip.entryDump( 12345 ) );
-}
-
 }  // namespace
 }  // namespace Sim

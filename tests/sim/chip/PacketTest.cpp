@@ -84,12 +84,5 @@ TEST( PacketWire, LaterFragmentsHaveNoLayer4HeaderAndIpv6GetsAFragmentHeader ) {
    EXPECT_EQ( std::nullopt, v6.ip6ExtensionHeader );
 }
 
-TEST( PacketWire, ShortBuffersTruncate ) {
-   std::array<U8, 20> buf{};
-   HeaderOffsets off;
-   EXPECT_EQ( 20u, Packet::tcp4( 1, 2, 3, 4 ).wireImage( buf, off ) );
-   EXPECT_EQ( 0x45u, buf[14] );
-}
-
 }  // namespace
 }  // namespace Sim

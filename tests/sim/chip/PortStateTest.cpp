@@ -5,27 +5,6 @@
 namespace Sim {
 namespace {
 
-TEST_F( ChipTest, PortStateReadsBackAndDefaults ) {
-   auto& ports = chip.ports();
-   EXPECT_EQ( 0u, ports.portClass( 3, PortClassKind::FieldIngress ) );
-   ASSERT_EQ( Status::Ok, ports.portClassIs( 3, PortClassKind::FieldEgress, 0x42 ) );
-   EXPECT_EQ( 0x42u, ports.portClass( 3, PortClassKind::FieldEgress ) );
-   EXPECT_EQ( 0u, ports.portClass( 3, PortClassKind::FieldIngress ) );
-
-   EXPECT_EQ( StpState::Forward, ports.stpState( 3 ) );
-   ASSERT_EQ( Status::Ok, ports.stpStateIs( 3, StpState::Learn ) );
-   EXPECT_EQ( StpState::Learn, ports.stpState( 3 ) );
-
-   EXPECT_EQ( std::nullopt, ports.portTableField( 3, 1, 2 ) );
-   ASSERT_EQ( Status::Ok, ports.portTableFieldIs( 3, 1, 2, 1 ) );
-   EXPECT_EQ( 1u, ports.portTableField( 3, 1, 2 ) );
-   EXPECT_EQ( std::nullopt, ports.portTableField( 4, 1, 2 ) );
-
-   ASSERT_EQ( Status::Ok, ports.portControlIs( 0, 7, 0 ) );
-   EXPECT_EQ( 0, ports.portControl( 0, 7 ) );
-   EXPECT_EQ( std::nullopt, ports.portControl( 1, 7 ) );
-}
-
 TEST_F( ChipTest, PortsAndVlansOutsideTheChipAreNotFound ) {
    auto& ports = chip.ports();
    EXPECT_EQ( Status::NotFound, ports.portClassIs( kPorts, PortClassKind::FieldIngress, 1 ) );
@@ -60,12 +39,6 @@ TEST_F( ChipTest, PortsOutOfForwardingStateDiscardButStillCopyToCpu ) {
    EXPECT_FALSE( other.stpDiscarded );
    EXPECT_TRUE( other.forwarded() );
    EXPECT_EQ( std::nullopt, other.hitIn( kIfp ) );
-}
-
-TEST_F( ChipTest, ChipsBeyondTheBitmapOrPoolsAreRefused ) {
-   EXPECT_THROW( ChipModel( ChipConfig{ PortBitmap::kCapacity + 1, 0, 8, 8 } ),
-                 Vesper::RangeException );
-   EXPECT_THROW( ChipModel( ChipConfig{ 8, 0, 65, 8 } ), Vesper::RangeException );
 }
 
 }  // namespace

@@ -26,20 +26,5 @@ TEST_F( PriorityTest, PriorityChangeActsAtOnce ) {
    EXPECT_EQ( 5u, chip.entryPriority( a ) );
 }
 
-TEST_F( PriorityTest, GroupsAndIdsAnswerAsStored ) {
-   EXPECT_EQ( Status::Exists, chip.groupCreate( kIfp, Stage::Efp, 0 ) );
-   EXPECT_EQ( Stage::Ifp, chip.group( kIfp )->stage );
-   EXPECT_EQ( Status::Ok, chip.entryCreateWithId( kIfp, 4096 ) );
-   EXPECT_EQ( Status::Exists, chip.entryCreateWithId( kVfp, 4096 ) );
-   EXPECT_EQ( kIfp, chip.entryGroup( 4096 ) );
-   EXPECT_EQ( 1u, chip.group( kIfp )->entryCount );
-   EXPECT_EQ( Status::Busy, chip.groupDestroy( kIfp ) );
-   EXPECT_EQ( Status::Ok, chip.entryDestroy( 4096 ) );
-   EXPECT_EQ( Status::Ok, chip.groupDestroy( kIfp ) );
-   EXPECT_EQ( std::nullopt, chip.group( kIfp ) );
-   EXPECT_EQ( std::nullopt, chip.entryCreate( kIfp ) );
-   EXPECT_EQ( ( std::vector<GroupId>{ kVfp, kEfp } ), chip.groups() );
-}
-
 }  // namespace
 }  // namespace Sim

@@ -48,26 +48,5 @@ TEST_F( UdfTest, MaskedBitsOnlyAndMissingBases ) {
    EXPECT_EQ( zero, chip.lookup( tcp().payloadIs( { 1, 2, 3 } ) ).hitIn( kIfp ) );
 }
 
-TEST_F( UdfTest, ChunksAndDataReadBack ) {
-   auto chunk = chip.udfCreate( UdfChunk{ UdfBase::L4Payload, 4, 2 } );
-   ASSERT_TRUE( chunk );
-   EXPECT_EQ( ( UdfChunk{ UdfBase::L4Payload, 4, 2 } ), chip.udf( *chunk ) );
-   EntryId e = entry( kIfp );
-   const std::vector<U8> d{ 0x12, 0x34 };
-   const std::vector<U8> m{ 0xFF, 0x0F };
-   EXPECT_EQ( Status::Param, chip.udfDataIs( e, *chunk, std::vector<U8>{ 1 }, m ) );
-   ASSERT_EQ( Status::Ok, chip.udfDataIs( e, *chunk, d, m ) );
-   auto back = chip.udfData( e, *chunk );
-   ASSERT_TRUE( back );
-   EXPECT_EQ( 2u, back->length );
-   EXPECT_EQ( 0x34u, back->data[1] );
-   EXPECT_EQ( 0x0Fu, back->mask[1] );
-   EXPECT_EQ( Status::Busy, chip.udfDestroy( *chunk ) );
-   ASSERT_EQ( Status::Ok, chip.udfDataDel( e, *chunk ) );
-   EXPECT_EQ( std::nullopt, chip.udfData( e, *chunk ) );
-   EXPECT_EQ( Status::Ok, chip.udfDestroy( *chunk ) );
-   EXPECT_EQ( std::nullopt, chip.udfCreate( UdfChunk{ UdfBase::L2Header, 0, 17 } ) );
-}
-
 }  // namespace
 }  // namespace Sim

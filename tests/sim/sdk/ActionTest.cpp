@@ -79,23 +79,6 @@ TEST_F( ActionTest, CopyAndItsCancelExcludeEachOther ) {
    EXPECT_EQ( ( ActionParams{ 1, 0 } ), chip_.action( e, ActionId::CopyToCpu ) );
 }
 
-TEST_F( ActionTest, EgressMaskTakesAPortBitmap ) {
-   const EntryId e = newEntry();
-   bcm_pbmp_t ports;
-   EXPECT_EQ( BCM_E_NOT_FOUND, SDK_TRACE_RV( bcm_field_action_ports_get(
-                                   kUnit, e, bcmFieldActionEgressMask, &ports ) ) );
-   BCM_PBMP_CLEAR( ports );
-   BCM_PBMP_PORT_ADD( ports, 4 );
-   BCM_PBMP_PORT_ADD( ports, 40 );
-   SDK_CHECK( bcm_field_action_ports_add( kUnit, e, bcmFieldActionEgressMask, ports ) );
-   EXPECT_EQ( ( PortBitmap{ 4, 40 } ), chip_.actionPorts( e, ActionId::EgressMask ) );
-
-   bcm_pbmp_t read;
-   EXPECT_EQ( BCM_E_NONE, SDK_TRACE_RV( bcm_field_action_ports_get(
-                              kUnit, e, bcmFieldActionEgressMask, &read ) ) );
-   EXPECT_EQ( ports, read );
-}
-
 TEST_F( ActionTest, AnActionOfTheOtherKindIsAParameterError ) {
    const EntryId e = newEntry();
    bcm_pbmp_t ports = PBMP_PORT_ALL( kUnit );

@@ -43,55 +43,12 @@ TEST_P( CatalogKindTest, ProbesOfAUnitAreThoseOfItsKind ) {
    EXPECT_EQ( kind_.probes.groupF, isChipGroupF( kUnit ) );
 }
 
-TEST_P( CatalogKindTest, BitmapsOfAUnit ) {
-   int all = 0, front = 0, ethernet = 0;
-   const bcm_pbmp_t allPorts = PBMP_ALL( kUnit );
-   const bcm_pbmp_t frontPorts = PBMP_PORT_ALL( kUnit );
-   const bcm_pbmp_t ethernetPorts = PBMP_E_ALL( kUnit );
-   BCM_PBMP_COUNT( allPorts, all );
-   BCM_PBMP_COUNT( frontPorts, front );
-   BCM_PBMP_COUNT( ethernetPorts, ethernet );
-   const int ports = static_cast<int>( kind_.portCount );
-   EXPECT_EQ( ports, all );
-   EXPECT_TRUE( allPorts.member( 0 ) );  // the CPU port
-   EXPECT_EQ( ports - 1, front );
-   EXPECT_FALSE( frontPorts.member( 0 ) );
-   EXPECT_EQ( ports - 1 - static_cast<int>( kind_.hiGigPorts ), ethernet );
-   EXPECT_EQ( kind_.hiGigPorts == 0, ethernetPorts.member( ports - 1 ) );
-   EXPECT_EQ( portBitmapOf( allPorts ), chip_.ports().allPorts() );
-}
-
 TEST_P( CatalogKindTest, HiGigTrunkCancelFollowsProbeC ) {
    const EntryId e = newEntry();
    SDK_CHECK( bcm_field_action_add( kUnit, e, BCM_HG_TRUNK_CANCEL_ACTION( kUnit ), 0, 0 ) );
    EXPECT_EQ( kind_.probes.groupC, chip_.action( e, ActionId::HgTrunkResolveCancel ).has_value() );
    EXPECT_EQ( !kind_.probes.groupC,
               chip_.action( e, ActionId::TrunkLoadBalanceCancel ).has_value() );
-}
-
-TEST_P( CatalogKindTest, ChipTableRowHoldsTheKindsAttributes ) {
-   auto table = HalyardCentral::halyardAttributesFactory();
-   chipTableFill( *table );
-   const auto row = table->chip( kind_.chipInfo );
-   ASSERT_TRUE( row );
-   for ( ChipAttribute a : chipAttributeAll ) {
-      EXPECT_EQ( kind_.attribute( a ), row->attribute( a ) ) << Vesper::stringValue( a );
-   }
-   EXPECT_EQ( kind_.attribute( ChipAttribute::usesRangeConfig ), row->usesRangeConfig() );
-}
-
-TEST_P( CatalogKindTest, ChipModelHasTheKindsPools ) {
-   ChipModel chip( kind_.chipConfig( 5 ) );
-   EXPECT_EQ( kind_.portCount, chip.ports().portCount() );
-   EXPECT_EQ( 5, chip.config().moduleId );
-   for ( U32 i = 0; i < kind_.rangeCheckers; ++i ) {
-      ASSERT_TRUE( chip.rangeCheckerCreate( { RangeType::SrcPort, i, i } ).has_value() );
-   }
-   EXPECT_FALSE( chip.rangeCheckerCreate( { RangeType::SrcPort, 0, 1 } ).has_value() );
-   for ( U32 i = 0; i < kind_.udfChunks; ++i ) {
-      ASSERT_TRUE( chip.udfCreate( { UdfBase::L4Payload, static_cast<U8>( 2 * i ), 2 } ) );
-   }
-   EXPECT_FALSE( chip.udfCreate( { UdfBase::L2Header, 0, 2 } ).has_value() );
 }
 
 TEST_P( CatalogKindTest, CapacitiesAreOfTheRightOrder ) {
@@ -145,20 +102,6 @@ TEST( ChipCatalog, FamilyCodesSevenAndEightAndOthers ) {
    EXPECT_EQ( 1u, families.count( 7 ) );
    EXPECT_EQ( 1u, families.count( 8 ) );
    EXPECT_GT( families.size(), families.count( 7 ) + families.count( 8 ) );
-}
-
-TEST( ChipCatalog, NamesAndChipInfosAreUniqueAndLookedUp ) {
-   std::set<std::string> names;
-   std::set<HalyardCentral::ChipInfo> chips;
-   for ( const ChipKind& k : chipCatalog() ) {
-      EXPECT_TRUE( names.insert( k.name ).second ) << k.name;
-      EXPECT_TRUE( chips.insert( k.chipInfo ).second ) << k.name;
-      EXPECT_FALSE( k.chipInfo.isEmpty() );
-      EXPECT_EQ( &k, chipKindByName( k.name ) );
-      EXPECT_EQ( &k, chipKindOf( k.chipInfo ) );
-   }
-   EXPECT_EQ( nullptr, chipKindByName( "trident9" ) );
-   EXPECT_EQ( nullptr, chipKindOf( HalyardCentral::ChipInfo() ) );
 }
 
 TEST( ChipCatalog, GenerationsKeepTheirSliceLayouts ) {

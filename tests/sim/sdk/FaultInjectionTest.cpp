@@ -81,19 +81,6 @@ TEST_F( FaultTest, SeveralFaultsFireEachOnItsOwnUse ) {
    EXPECT_EQ( 0u, sim_.gate().faultsPending() );
 }
 
-TEST_F( FaultTest, SettingTheSameUseAgainReplacesTheCodeAndAllCanBeDropped ) {
-   const EntryId e = newEntry();
-   sim_.failCall( "bcm_field_qualify_DstIp", 1, -1 );
-   sim_.failCall( "bcm_field_qualify_DstIp", 1, -9 );
-   EXPECT_EQ( 1u, sim_.gate().faultsPending() );
-   EXPECT_EQ( -9, dstIp( e, 1 ) );
-
-   sim_.failCall( "bcm_field_qualify_DstIp", 1, -1 );
-   sim_.failCall( "bcm_port_class_set", 2, -1 );
-   sim_.gate().faultsDelAll();
-   EXPECT_EQ( BCM_E_NONE, dstIp( e, 2 ) );
-}
-
 TEST_F( FaultTest, AFaultedReadLeavesItsOutputsAlone ) {
    const EntryId e = newEntry();
    SDK_CHECK( bcm_field_qualify_DstIp( kUnit, e, 0x01020304, 0xffffffff ) );
@@ -102,15 +89,6 @@ TEST_F( FaultTest, AFaultedReadLeavesItsOutputsAlone ) {
    EXPECT_EQ( -7, SDK_TRACE_RV( bcm_field_qualify_DstIp_get( kUnit, e, &ip, &mask ) ) );
    EXPECT_EQ( 0xdeadu, ip );
    EXPECT_EQ( 0xbeefu, mask );
-}
-
-TEST_F( FaultTest, CountersCountEveryUseFaultedOrNot ) {
-   sim_.failCall( "bcm_port_class_set", 1, -3 );
-   SDK_TRACE_RV( bcm_port_class_set( kUnit, 1, bcmPortClassFieldIngress, 1 ) );
-   SDK_TRACE_RV( bcm_port_class_set( 7, 1, bcmPortClassFieldIngress, 1 ) );
-   SDK_TRACE_RV( bcm_port_class_set( kUnit, 1, bcmPortClassFieldIngress, 1 ) );
-   EXPECT_EQ( 3u, sim_.callCount( "bcm_port_class_set" ) );
-   EXPECT_EQ( 1u, chip_.ports().portClass( 1, PortClassKind::FieldIngress ) );
 }
 
 TEST_F( FaultTest, BadSettingsAreRefused ) {
@@ -164,14 +142,6 @@ TEST_F( FaultDeathTest, CheckedFormStopsWithTheApiErrorLine ) {
    EXPECT_DEATH( checkedDstIp( true, e ), HasLineThen( apiError, assertion ) );
    // The fault fired in the child only.
    EXPECT_EQ( 1u, sim_.gate().faultsPending() );
-}
-
-TEST_F( FaultDeathTest, UnfaultedCheckedCallGoesThrough ) {
-   const EntryId e = newEntry();
-   sim_.failCall( "bcm_field_qualify_DstIp", 2, SdkValues::kResource );
-   checkedDstIp( true, e );
-   EXPECT_EQ( 0x0a000001u, storedDstIp( e ) );
-   EXPECT_DEATH( checkedDstIp( true, e ), "API ERROR:No resources for operation \\(-14\\)" );
 }
 
 }  // namespace

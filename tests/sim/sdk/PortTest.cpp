@@ -67,11 +67,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 using PortTest = SimSdkFixture;
 
-TEST_F( PortTest, AnUnknownPortClassIsAParameterError ) {
-   EXPECT_EQ( SdkValues::kParam,
-              SDK_TRACE_RV( bcm_port_class_set( kUnit, 1, bcm_port_class_t{ 99 }, 1 ) ) );
-}
-
 TEST_F( PortTest, EgressMasksByModule ) {
    bcm_pbmp_t mask;
    SDK_CHECK( bcm_port_modid_egress_get( kUnit, 3, 0, &mask ) );
@@ -95,17 +90,6 @@ TEST_F( PortTest, EgressMasksByModule ) {
    SDK_CHECK( bcm_port_modid_egress_get( kUnit, 3, 0, &mask ) );
    EXPECT_EQ( some, mask );
    EXPECT_EQ( ( PortBitmap{ 1, 2 } ), chip_.ports().localEgressMask( 3 ) );
-}
-
-TEST_F( PortTest, EgressFilterControlIsKeptPerPort ) {
-   SDK_CHECK( bcm_port_control_set( kUnit, 0, bcmPortControlFilterEgress, 0 ) );
-   SDK_CHECK( bcm_port_control_set( kUnit, 7, bcmPortControlFilterEgress, 1 ) );
-   const U32 control = static_cast<U32>( bcmPortControlFilterEgress );
-   EXPECT_EQ( 0, chip_.ports().portControl( 0, control ) );
-   EXPECT_EQ( 1, chip_.ports().portControl( 7, control ) );
-   EXPECT_FALSE( chip_.ports().portControl( 6, control ).has_value() );
-   EXPECT_EQ( SdkValues::kUnavail,
-              SDK_TRACE_RV( bcm_port_control_set( kUnit, 7, bcm_port_control_t{ 5 }, 1 ) ) );
 }
 
 // ---- Port-table rows, the way the library forces a port's class to come from the table.

@@ -159,16 +159,6 @@ INSTANTIATE_TEST_SUITE_P( EveryFamily, QualifierRoundTrip, ::testing::ValuesIn( 
 
 using QualifierTest = SimSdkFixture;
 
-TEST_F( QualifierTest, SettingAgainReplacesDataAndMask ) {
-   const EntryId e = newEntry();
-   SDK_CHECK( bcm_field_qualify_DstIp( kUnit, e, 0x0a000000, 0xff000000 ) );
-   SDK_CHECK( bcm_field_qualify_DstIp( kUnit, e, 0x0b010000, 0xffff0000 ) );
-   bcm_ip_t ip = 0, mask = 0;
-   EXPECT_EQ( BCM_E_NONE, SDK_TRACE_RV( bcm_field_qualify_DstIp_get( kUnit, e, &ip, &mask ) ) );
-   EXPECT_EQ( 0x0b010000u, ip );
-   EXPECT_EQ( 0xffff0000u, mask );
-}
-
 TEST_F( QualifierTest, InPortsOnALiveEntryReplacesTheOldBitmaps ) {
    const EntryId e = newEntry();
    bcm_pbmp_t all = PBMP_ALL( kUnit );
@@ -224,13 +214,6 @@ TEST_F( QualifierTest, MemberTestFindsEveryPortOfAUnitBitmap ) {
    EXPECT_THROW( BCM_PBMP_MEMBER( front, 1024 ), Vesper::RangeException );
 }
 
-TEST_F( QualifierTest, OutPortIsStoredAsThePortNumber ) {
-   const EntryId e = newEntry( kEfp );
-   SDK_CHECK( bcm_field_qualify_OutPort( kUnit, e, 17, 0xff ) );
-   EXPECT_EQ( QualValue::fromU64( 4, 17, 0xff ), *chip_.qualifier( e, QualId::OutPort ) );
-   EXPECT_EQ( SdkValues::kParam, SDK_TRACE_RV( bcm_field_qualify_OutPort( kUnit, e, -1, 0xff ) ) );
-}
-
 // The SDK's enumerators reach the chip model as the model's own values.
 struct IpFragCase {
    const char* name;
@@ -262,30 +245,6 @@ INSTANTIATE_TEST_SUITE_P(
         IpFragCase{ "NotFirst", [] { return bcmFieldIpFragNotFirst; }, IpFrag::NotFirst },
         IpFragCase{ "Any", [] { return bcmFieldIpFragAny; }, IpFrag::Any } ),
     []( const auto& info ) { return std::string( info.param.name ); } );
-
-TEST_F( QualifierTest, IpTypeReachesTheModelAsItsOwnValue ) {
-   const EntryId v6 = newEntry();
-   const EntryId v4 = newEntry();
-   SDK_CHECK( bcm_field_qualify_IpType( kUnit, v6, bcmFieldIpTypeIpv6 ) );
-   SDK_CHECK( bcm_field_qualify_IpType( kUnit, v4, bcmFieldIpTypeIpv4Any ) );
-   EXPECT_EQ( IpType::Ipv6, chip_.ipType( v6 ) );
-   EXPECT_EQ( IpType::Ipv4Any, chip_.ipType( v4 ) );
-}
-
-TEST_F( QualifierTest, IngressStpStateReachesTheModelAsItsOwnValue ) {
-   const struct {
-      bcm_stg_stp_t sdk;
-      StpState model;
-   } states[] = { { BCM_STG_STP_BLOCK, StpState::Block },
-                  { BCM_STG_STP_LEARN, StpState::Learn },
-                  { BCM_STG_STP_FORWARD, StpState::Forward } };
-   for ( const auto& s : states ) {
-      const EntryId e = newEntry();
-      SDK_CHECK( bcm_field_qualify_IngressStpState( kUnit, e, s.sdk, 0xff ) );
-      EXPECT_EQ( QualValue::fromU64( 1, static_cast<U64>( s.model ), 0xff ),
-                 *chip_.qualifier( e, QualId::IngressStpState ) );
-   }
-}
 
 TEST_F( QualifierTest, EnumeratorsOutsideThisBuildAreRefused ) {
    const EntryId e = newEntry();

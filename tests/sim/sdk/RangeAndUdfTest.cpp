@@ -54,18 +54,6 @@ TEST_F( RangeTest, RangeGetFillsTypeAndBoundsOfTheNamedChecker ) {
    }
 }
 
-TEST_F( RangeTest, InitClearsARecordAndAnUnknownIdIsNotFound ) {
-   bcm_range_config_s conf;
-   conf.rid_is( src_ );
-   conf.minIs( 5 );
-   bcm_range_config_t_init( &conf );
-   EXPECT_EQ( 0u, conf.rid() );
-   EXPECT_EQ( 0, conf.min() );
-   conf.rid_is( 60 );
-   EXPECT_EQ( BCM_E_NOT_FOUND, SDK_NO_CHECK( bcm_range_get( kUnit, &conf ) ) );
-   EXPECT_EQ( 0, conf.max() );
-}
-
 TEST_F( RangeTest, OlderFormAnswersFlagsAndBounds ) {
    const struct {
       RangeCheckerId id;
@@ -98,18 +86,6 @@ TEST_F( RangeTest, RangeCheckGetListsTheEntrysCheckersInOrderOfAttachment ) {
    EXPECT_EQ( BCM_E_NONE, SDK_TRACE_RV( bcm_field_qualify_RangeCheck_get(
                               kUnit, entry_, 2, ranges.data(), inverts.data(), &n ) ) );
    EXPECT_EQ( 2, n );
-}
-
-TEST_F( RangeTest, AnEntryWithoutCheckersHasNone ) {
-   const EntryId plain = newEntry();
-   std::array<bcm_field_range_t, 32> ranges{};
-   std::array<int, 32> inverts{};
-   int n = -1;
-   EXPECT_EQ( BCM_E_NONE, SDK_TRACE_RV( bcm_field_qualify_RangeCheck_get(
-                              kUnit, plain, 32, ranges.data(), inverts.data(), &n ) ) );
-   EXPECT_EQ( 0, n );
-   EXPECT_EQ( BCM_E_NOT_FOUND, SDK_TRACE_RV( bcm_field_qualify_RangeCheck_get(
-                                   kUnit, 4242, 32, ranges.data(), inverts.data(), &n ) ) );
 }
 
 // ---- User-defined fields: the form follows the chip kind.

@@ -46,13 +46,6 @@ TEST_F( UnitAndErrorTest, EveryFamilyOnAUnitWithoutAChipIsInvalidUnit ) {
    EXPECT_FALSE( chip_.qualifier( e, QualId::DstIp ).has_value() );
 }
 
-TEST_F( UnitAndErrorTest, MacrosOfAUnitWithoutAChipAnswerNothing ) {
-   EXPECT_TRUE( BCM_PBMP_IS_NULL( PBMP_ALL( kNoUnit ) ) );
-   EXPECT_TRUE( BCM_PBMP_IS_NULL( PBMP_PORT_ALL( kNoUnit ) ) );
-   EXPECT_FALSE( isChipGroupA( kNoUnit ) || isChipGroupB( kNoUnit ) || isChipGroupC( kNoUnit ) ||
-                 isChipGroupD( kNoUnit ) || isChipGroupE( kNoUnit ) || isChipGroupF( kNoUnit ) );
-}
-
 TEST_F( UnitAndErrorTest, AnUnknownEntryIsNotFound ) {
    bcm_ip_t ip = 0, mask = 0;
    U32 p1 = 0, p2 = 0;
@@ -67,22 +60,6 @@ TEST_F( UnitAndErrorTest, AnUnknownEntryIsNotFound ) {
    EXPECT_EQ( notFound, SDK_TRACE_RV( bcm_field_action_get( kUnit, kNoEntry, bcmFieldActionDrop,
                                                             &p1, &p2 ) ) );
    EXPECT_EQ( notFound, SDK_NO_CHECK( bcm_field_entry_dump( kUnit, kNoEntry ) ) );
-}
-
-TEST_F( UnitAndErrorTest, NullOutputsAreParameterErrors ) {
-   const EntryId e = newEntry();
-   SDK_CHECK( bcm_field_qualify_L4DstPort( kUnit, e, 80, 0xffff ) );
-   U16 port = 0;
-   EXPECT_EQ( SdkValues::kParam,
-              SDK_TRACE_RV( bcm_field_qualify_L4DstPort_get( kUnit, e, &port, nullptr ) ) );
-   EXPECT_EQ( SdkValues::kParam, SDK_NO_CHECK( bcm_range_get( kUnit, nullptr ) ) );
-}
-
-TEST_F( UnitAndErrorTest, UnitDelTakesTheChipAway ) {
-   sim_.unitDel( kUnit );
-   EXPECT_EQ( nullptr, sim_.chip( kUnit ) );
-   const EntryId e = newEntry();
-   EXPECT_EQ( SdkValues::kUnit, SDK_TRACE_RV( bcm_field_qualify_DstIp( kUnit, e, 1, 1 ) ) );
 }
 
 TEST( SimSdkUnits, ANegativeUnitIsRefused ) {
@@ -108,18 +85,6 @@ TEST_F( UnitAndErrorTest, CodesHaveTheirTexts ) {
    for ( const auto& t : texts ) {
       EXPECT_STREQ( t.text, Shim::sdk_->bcm_errmsg( t.code ) ) << t.code;
    }
-}
-
-TEST_F( UnitAndErrorTest, EntryDumpGoesToTheConsole ) {
-   std::ostringstream console;
-   sim_.consoleIs( console );
-   const EntryId e = newEntry();
-   SDK_CHECK( bcm_field_qualify_L4DstPort( kUnit, e, 0x50, 0xffff ) );
-   SDK_CHECK( bcm_field_action_add( kUnit, e, bcmFieldActionDrop, 0, 0 ) );
-   EXPECT_EQ( BCM_E_NONE, SDK_NO_CHECK( bcm_field_entry_dump( kUnit, e ) ) );
-   EXPECT_EQ( *chip_.entryDump( e ), console.str() );
-   EXPECT_THAT( console.str(), HasSubstr( "qual L4DstPort data 0x0050 mask 0xffff" ) );
-   EXPECT_THAT( console.str(), HasSubstr( "action Drop" ) );
 }
 
 }  // namespace

@@ -222,12 +222,5 @@ TEST_F( L3AgentTest, ClassReachesTheLookupOfTheVlan ) {
    EXPECT_TRUE( sw.inject( "Ethernet25", tcpPacket().vlanIs( 200 ), "Ethernet26" ).forwarded() );
 }
 
-TEST_F( L3AgentTest, VlanBeyondTheChipIsNeverPending ) {
-   requests.intfClassIdPerChipRequestIs( kMod0 )->intfClassIdIs( 5000, 1 );
-   EXPECT_EQ( 0u, agent.pending() );
-   EXPECT_EQ( 0u, agent.step() );
-   EXPECT_FALSE( response( kMod0 )->intfClassIdHas( 5000 ) );
-}
-
 }  // namespace
 }  // namespace SimSwitchTest

@@ -74,25 +74,5 @@ TEST_F( FabricDeviceTest, InjectedFaultFiresOnceAndDoesNothing ) {
    EXPECT_TRUE( fabric.vlanTxDisabled( 100 ) );
 }
 
-using FabricDeviceDeathTest = FabricDeviceTest;
-
-TEST_F( FabricDeviceDeathTest, OpenFailureEndsTheProcess ) {
-   fabric.failNext( SimFabricDevice::Step::open, ENODEV );
-   EXPECT_DEATH( Shim::fab_ioctl( "vlantxdisable %u 1", 100u ),
-                 "fab_ioctl: open /dev/fabric: No such device" );
-}
-
-TEST_F( FabricDeviceDeathTest, IoctlFailureNamesTheCommand ) {
-   fabric.failNext( SimFabricDevice::Step::ioctl, EIO );
-   EXPECT_DEATH( Shim::fab_ioctl( "vlantxdisable %u 1", 100u ),
-                 "vlantxdisable 100 1: Input/output error" );
-}
-
-TEST_F( FabricDeviceDeathTest, CloseFailureNamesTheCommand ) {
-   fabric.failNext( SimFabricDevice::Step::close, EBADF );
-   EXPECT_DEATH( Shim::fab_ioctl( "vlantxdisable %u 0", 7u ),
-                 "vlantxdisable 7 0: Bad file descriptor" );
-}
-
 }  // namespace
 }  // namespace SimSwitchTest

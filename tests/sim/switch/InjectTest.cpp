@@ -209,14 +209,6 @@ TEST_F( InjectTest, EgressToAnotherVlanOrASubInterfaceIsRouted ) {
    EXPECT_TRUE( sw.inject( "Ethernet1", tcpPacket().routedIs(), "Ethernet2" ).copyToCpu() );
 }
 
-TEST_F( InjectTest, WithoutAnEgressThePacketKeepsItsOwnPorts ) {
-   Sim::SwitchVerdict v = sw.inject( "Ethernet1", tcpPacket() );
-   EXPECT_FALSE( v.forwarded() );
-   EXPECT_FALSE( v.dropped() );
-   v = sw.inject( "Ethernet1", tcpPacket().egressPortsIs( PortBitmap{ 2, 3 } ) );
-   EXPECT_EQ( ( Ports{ HalyardPort( 0, 2 ), HalyardPort( 0, 3 ) } ), v.delivered );
-}
-
 TEST_F( InjectTest, UnknownOrMalformedNamesAreRefused ) {
    try {
       sw.inject( "Ethernet99", tcpPacket() );

@@ -24,18 +24,6 @@ TEST( ProfileTextTest, ExampleFileReadsBackAsTheDefaultProfile ) {
    EXPECT_EQ( Sim::defaultProfile(), parseProfile( Sim::profileText( read ), "again" ) );
 }
 
-TEST( ProfileTextTest, DefaultProfileHasTwoKindsAndItsInterfaces ) {
-   const SwitchProfile& p = Sim::defaultProfile();
-   ASSERT_EQ( 2u, p.units().size() );
-   EXPECT_NE( p.units().at( 0 ).kind, p.units().at( 1 ).kind );
-   EXPECT_EQ( 48u, p.ethernet().size() );
-   EXPECT_EQ( 1u, p.portChannels().size() );
-   EXPECT_EQ( 2u, p.vlans().size() );
-   EXPECT_EQ( 1u, p.subIntfs().size() );
-   EXPECT_TRUE( p.flags().vlanBlocking );
-   EXPECT_FALSE( p.flags().fabric );
-}
-
 TEST( ProfileTextTest, CanonicalTextCompressesPortRunsAndRoundTrips ) {
    SwitchProfile p;
    p.nameIs( "lab" );
@@ -77,16 +65,6 @@ TEST( ProfileTextTest, CanonicalTextCompressesPortRunsAndRoundTrips ) {
    EXPECT_EQ( p, parseProfile( text, "lab.switch" ) );
 }
 
-TEST( ProfileTextTest, CommentsBlanksAndCarriageReturnsAreIgnored ) {
-   const SwitchProfile p = parseProfile(
-       "  # a comment line\r\n\r\n\tunit 0 kind tomahawk3   module 4 # trailing\r\n", "crlf" );
-   ASSERT_NE( nullptr, p.unit( 0 ) );
-   EXPECT_EQ( "tomahawk3", p.unit( 0 )->kind );
-   EXPECT_EQ( 4u, p.unit( 0 )->module );
-   EXPECT_EQ( 161u, p.unit( 0 )->portCount );  // the kind's own count
-   EXPECT_EQ( "chip0", p.unit( 0 )->chipName );
-}
-
 TEST( ProfileTextTest, UnreadableFileIsAnErrorAtLineZero ) {
    try {
       Sim::readProfileFile( "/nonexistent/none.switch" );
@@ -98,15 +76,6 @@ TEST( ProfileTextTest, UnreadableFileIsAnErrorAtLineZero ) {
       EXPECT_STREQ( "/nonexistent/none.switch: cannot read the profile: No such file or directory",
                     e.what() );
    }
-}
-
-TEST( ProfileTextTest, FailedAdderLeavesTheProfileAsItWas ) {
-   SwitchProfile p = Sim::defaultProfile();
-   EXPECT_THROW( p.ethernetIs( 49, 0, 1 ), ProfileError );  // port taken by Ethernet1
-   EXPECT_THROW( p.portChannelIs( 11, { IntfId::ethernet( 1 ), IntfId::ethernet( 21 ) } ),
-                 ProfileError );
-   EXPECT_THROW( p.unitIs( Sim::UnitDef{ 2, "tomahawk", 1, 0, "" } ), ProfileError );
-   EXPECT_EQ( Sim::defaultProfile(), p );
 }
 
 struct ErrorCase {

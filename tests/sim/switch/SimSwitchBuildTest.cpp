@@ -37,18 +37,6 @@ TEST_F( DefaultSwitchTest, UnitsAreTheProfilesChips ) {
    EXPECT_THROW( sw.chip( 2 ), Vesper::RangeException );
 }
 
-TEST_F( DefaultSwitchTest, UnitTableNamesChipModuleTypeAndName ) {
-   const auto& hcsd = *sw.hcsd();
-   EXPECT_EQ( 2u, hcsd.halyardModId().size() );
-   EXPECT_EQ( HalyardModInfo( 0, ModId( 1 ), sw.chipKind( 0 ).chipInfo, Vesper::Name( "chip0" ) ),
-              hcsd.halyardModId( 0 ) );
-   EXPECT_EQ( HalyardModInfo( 1, ModId( 2 ), sw.chipKind( 1 ).chipInfo, Vesper::Name( "chip1" ) ),
-              hcsd.halyardModId( 1 ) );
-   EXPECT_EQ( 8u, hcsd.halyardModId( 0 ).familyCode() );
-   EXPECT_EQ( 6u, hcsd.halyardModId( 1 ).familyCode() );
-   EXPECT_EQ( sw.chipKind( 1 ).chipInfo, sw.groupManager()->modChipInfo( 1 ) );
-}
-
 TEST_F( DefaultSwitchTest, InterfaceMapsHoldPortsAndPortChannels ) {
    const auto& hcsd = *sw.hcsd();
    EXPECT_EQ( HalyardPort( 0, 1 ), hcsd.halyardIntfToPort( IntfId::ethernet( 1 ) ) );
@@ -70,17 +58,6 @@ TEST_F( DefaultSwitchTest, InterfaceMapsHoldPortsAndPortChannels ) {
    EXPECT_TRUE( sw.intfOf( HalyardPort( 1, 32 ) ).isNull() );
 }
 
-TEST_F( DefaultSwitchTest, NamesAndSwitchesOfTheProfile ) {
-   const auto& hcsd = *sw.hcsd();
-   EXPECT_EQ( "Linecard1", hcsd.linecardName() );
-   EXPECT_EQ( "Epoch1", hcsd.epochName() );
-   EXPECT_TRUE( hcsd.vlanSliceBlockEnabled() );
-   EXPECT_FALSE( hcsd.vlanBlockBypass() );
-   EXPECT_FALSE( sw.hasFabric() );
-   EXPECT_TRUE( hcsd.halyardPortToFabricIntf().empty() );
-   EXPECT_FALSE( sw.attributes()->egressFilterPerPort() );
-}
-
 TEST_F( DefaultSwitchTest, ChipAttributesOfEachUnitTheLibrarysWay ) {
    for ( U32 unit : sw.units() ) {
       const auto byManager = Halyard::chipAttributesForUnit( *sw.groupManager(), unit );
@@ -95,16 +72,6 @@ TEST_F( DefaultSwitchTest, ChipAttributesOfEachUnitTheLibrarysWay ) {
    // The two kinds differ where the library branches on them.
    EXPECT_TRUE( Halyard::chipAttributesForUnit( *sw.hcsd(), 0 )->usesRangeConfig() );
    EXPECT_FALSE( Halyard::chipAttributesForUnit( *sw.hcsd(), 1 )->usesRangeConfig() );
-}
-
-TEST_F( DefaultSwitchTest, SdkAnswersForEveryUnitThroughShim ) {
-   EXPECT_EQ( &sw.sdk(), Shim::sdk_ );
-   EXPECT_TRUE( Shim::sdk_->isChipGroupA( 0 ) );   // Trident3-class
-   EXPECT_FALSE( Shim::sdk_->isChipGroupA( 1 ) );  // Tomahawk-class
-   EXPECT_TRUE( Shim::sdk_->isChipGroupC( 1 ) );
-   int count = 0;
-   Shim::sdk_->BCM_PBMP_COUNT( Shim::sdk_->PBMP_ALL( 1 ), count );
-   EXPECT_EQ( 33, count );
 }
 
 TEST_F( DefaultSwitchTest, FaultsInjectedOnTheSwitchReachTheCodeUnderTest ) {
@@ -127,40 +94,12 @@ TEST_F( DefaultSwitchTest, EpochStatusSupportsAclsUntilSwitchedOff ) {
    EXPECT_FALSE( epochs.aclSupported( Vesper::Name( "Linecard1" ) ) );
 }
 
-TEST_F( DefaultSwitchTest, StatusRecordsStartAsTheAgentsPublishThem ) {
-   EXPECT_TRUE( sw.aclHwStatus()->initialized() );
-   EXPECT_EQ( 10u, sw.aclHwStatus()->raclIdBits() );
-   EXPECT_TRUE( sw.aclHwStatus()->ingressRaclSharingSupported() );
-   EXPECT_TRUE( sw.vlanTopoSliceStatus()->block().empty() );
-   EXPECT_TRUE( sw.vlanTopoBlockedStatus()->blocked().empty() );
-   EXPECT_TRUE( sw.l3SliceAgentStatus()->intfClassIdPerChipRequest().empty() );
-   EXPECT_TRUE( sw.statusDp()->tcamStatus().empty() );
-   // Each chip's L3 agent has published its (empty) answers.
-   ASSERT_TRUE( sw.l3IntfStatus()->intfClassIdPerChipResponse( ModId( 1 ) ) );
-   ASSERT_TRUE( sw.l3IntfStatus()->intfClassIdPerChipResponse( ModId( 2 ) ) );
-   EXPECT_EQ( 2u, sw.l3IntfStatus()->intfClassIdPerChipResponse().size() );
-}
-
 TEST_F( DefaultSwitchTest, VlansOfL3InterfacesAreTheirEgressClass ) {
    for ( U32 unit : sw.units() ) {
       EXPECT_EQ( 100u, sw.chip( unit ).vlans().egressL3Class( 100 ) );
       EXPECT_EQ( 200u, sw.chip( unit ).vlans().egressL3Class( 200 ) );
       EXPECT_EQ( 300u, sw.chip( unit ).vlans().egressL3Class( 300 ) );
       EXPECT_EQ( 0u, sw.chip( unit ).vlans().egressL3Class( 7 ) );
-   }
-}
-
-TEST_F( DefaultSwitchTest, GroupsComeFromTheChipKindsOnEveryUnit ) {
-   const Sim::GroupTable expected =
-       Sim::defaultGroupTable( Sim::StageCapacities{ { 4, 512 }, { 12, 512 }, { 4, 512 } } );
-   EXPECT_EQ( expected.size(), sw.groupManager()->groupTable().size() );
-   const auto ip = sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupIpAcl );
-   for ( U32 unit : sw.units() ) {
-      EXPECT_TRUE( sw.groupManager()->unitHas( unit ) );
-      EXPECT_EQ( expected.at( Halyard::tcamGroupIpAcl ).capacity, ip->entriesAvailable( unit ) );
-      EXPECT_EQ( sw.chip( unit ).config().rangeCheckers,
-                 sw.groupManager()->unitLimits( unit )->rangeCheckers );
-      EXPECT_TRUE( sw.chip( unit ).group( Halyard::tcamGroupIpAcl ).has_value() );
    }
 }
 

@@ -125,24 +125,6 @@ TEST_F( EntryAcquisition, BoundedEntriesAreBasePlusIndexOnEveryUnit ) {
    EXPECT_GE( ip->getEntry( kUnit, "acl" ), std::max( base + 8, blocking->entryBase() + 4 ) );
 }
 
-TEST_F( EntryAcquisition, ManagersByAssignmentKind ) {
-   EXPECT_NE( nullptr, gm->entryManager( tcamGroupAclPortBlocking ) );
-   EXPECT_EQ( nullptr, gm->entryManager( tcamGroupIpAcl ) );
-   EXPECT_EQ( nullptr, gm->unboundedEntryManager( tcamGroupAclMgmt ) );
-   EXPECT_EQ( nullptr, gm->unboundedEntryManager( tcamGroupIp6Acl ) ) << "not in the table";
-   EXPECT_EQ( Vesper::String( "tcamGroupIpAcl" ), ip->groupName() );
-   EXPECT_EQ( U32( tcamGroupIpAcl ), ip->groupId() );
-   EXPECT_EQ( gm, ip->groupManager() );
-}
-
-TEST_F( EntryAcquisition, MirroringGroupsStartValidWithoutType ) {
-   EXPECT_TRUE( gm->groupMirroringAclValid( tcamGroupMirroringAcl2 ) );
-   EXPECT_EQ( groupMirroringAclTypeNone, gm->groupMirroringAclType( tcamGroupMirroringAcl2 ) );
-   EXPECT_FALSE( gm->groupMirroringAclValid( tcamGroupMirroringAcl1 ) ) << "not in the table";
-   gm->ingressRaclSharingSupportedIs( true );
-   EXPECT_TRUE( gm->ingressRaclSharingSupported() );
-}
-
 using EntryAcquisitionDeathTest = EntryAcquisition;
 
 TEST_F( EntryAcquisitionDeathTest, ReleasingAnUnknownEntryStops ) {

@@ -32,50 +32,6 @@ TEST_F( EntryHardware, InstallingTwiceRewritesTheEntry ) {
    EXPECT_EQ( e, hit( 443 ) );
 }
 
-TEST_F( EntryHardware, HitsCountPerEntryAndUnit ) {
-   const U32 e = installedDrop( 80 );
-   EXPECT_EQ( 0u, ip->hitsForEntry( kUnit, e ) );
-   chip.lookup( tcpTo( 80 ) );
-   chip.lookup( tcpTo( 80 ) );
-   chip.lookup( tcpTo( 81 ) );
-   EXPECT_EQ( 2u, ip->hitsForEntry( kUnit, e ) );
-   EXPECT_EQ( 0u, ip->hitsForEntry( kOther, e ) ) << "not an entry of the other unit";
-}
-
-TEST_F( EntryHardware, ARemovedEntryNeverHitsAndCanComeBack ) {
-   const U32 e = installedDrop( 80 );
-   EXPECT_EQ( codes.none, ip->removeEntry( kUnit, e ) );
-   EXPECT_EQ( std::nullopt, hit( 80 ) );
-   EXPECT_FALSE( chip.lookup( tcpTo( 80 ) ).dropped );
-   ip->enableEntry( kUnit, e, true, codes.notInstalled );
-   EXPECT_EQ( std::nullopt, hit( 80 ) ) << "enabling does not put it back in hardware";
-   EXPECT_EQ( 1u, ip->entriesInUse( kUnit ) ) << "removed from hardware, still the caller's";
-   EXPECT_EQ( codes.notInstalled, ip->removeEntry( kUnit, e ) );
-   EXPECT_EQ( codes.none, ip->installEntry( kUnit, e ) );
-   EXPECT_EQ( e, hit( 80 ) );
-   EXPECT_EQ( codes.notFound, ip->removeEntry( kUnit, 4242 ) );
-   EXPECT_EQ( codes.notFound, ip->installEntry( kOther, e ) );
-}
-
-TEST_F( EntryHardware, DisabledEntriesDoNotHit ) {
-   const U32 e = installedDrop( 80 );
-   ip->enableEntry( kUnit, e, false, codes.notInstalled );
-   EXPECT_EQ( std::nullopt, hit( 80 ) );
-   EXPECT_EQ( std::optional<bool>( false ), chip.entryEnabled( e ) );
-   ip->enableEntry( kUnit, e, true, codes.notInstalled );
-   EXPECT_EQ( e, hit( 80 ) );
-}
-
-TEST_F( EntryHardware, PriorityOrdersTheEntriesOfAGroup ) {
-   const U32 first = installedDrop( 80 );
-   const U32 second = installedDrop( 80 );
-   EXPECT_EQ( first, hit( 80 ) ) << "equal priorities: order of acquisition";
-   EXPECT_EQ( codes.none, ip->setPriorityForEntry( kUnit, second, 0x7fffffff ) );
-   EXPECT_EQ( second, hit( 80 ) );
-   EXPECT_NE( codes.none, ip->setPriorityForEntry( kUnit, second, 0x80000000 ) );
-   EXPECT_EQ( 0x7fffffffu, chip.entryPriority( second ) );
-}
-
 TEST_F( EntryHardware, CompressionKeepsTheOrderAndPacksTheOrdinals ) {
    std::vector<U32> ids;
    for ( U16 port : { 80, 80, 443, 80 } ) {
@@ -100,18 +56,6 @@ TEST_F( EntryHardware, CompressionKeepsTheOrderAndPacksTheOrdinals ) {
    const U32 next = installedDrop( 80 );
    EXPECT_EQ( ids[2], hit( 80 ) ) << "a later entry stays behind the ones before it";
    EXPECT_EQ( 3u, chip.entryOrdinal( next ) );
-}
-
-TEST_F( EntryHardware, IpTypeIsNotFoundUntilQualified ) {
-   const U32 e = ip->getEntry( kUnit, "acl" );
-   EXPECT_EQ( codes.notFound, ip->getIpType( kUnit, e ) );
-   EXPECT_EQ( std::nullopt, chip.ipType( e ) );
-   ip->qualifyIpType( kUnit, e, bcm_field_IpType_t( codes.ipTypeIpv6 ) );
-   EXPECT_EQ( codes.ipTypeIpv6, ip->getIpType( kUnit, e ) );
-   EXPECT_EQ( std::optional<IpType>( IpType::Ipv6 ), chip.ipType( e ) );
-   EXPECT_EQ( codes.notFound, ip->getIpType( kOther, e ) );
-   EXPECT_THROW( ip->qualifyIpType( kUnit, e, bcm_field_IpType_t( 999 ) ), Vesper::RangeException );
-   EXPECT_EQ( codes.ipTypeIpv6, ip->getIpType( kUnit, e ) );
 }
 
 TEST_F( EntryHardware, PortKeyIsRecordedForAnyEntryOfTheUnit ) {
