@@ -182,6 +182,9 @@ EntryRecord* ChipModel::firstMatch( GroupRecord& g, StageContext& ctx ) {
    if ( config_.lookup == LookupMethod::Scan ) {
       return scanFirstMatch( g, ctx );
    }
+   if ( !g.indexPending.empty() ) {
+      indexFlush( g );
+   }
    return g.index.firstMatch(
        IndexProbe{ ctx.key, ctx.rangeHolds, ctx.packet.ingressPort, ctx.udf } );
 }

@@ -42,19 +42,34 @@ void ChipModel::softwareChanged( EntryRecord& e ) {
 }
 
 void ChipModel::hardwareChanged( EntryRecord& e ) {
-   GroupRecord& g = *groups_.at( e.group );
-   g.tableDirty = true;
-   if ( config_.lookup == LookupMethod::Indexed ) {
-      g.index.entryIs( e );
-   }
+   groups_.at( e.group )->tableDirty = true;
+   indexQueue( e );
 }
 
 void ChipModel::orderChanged( const EntryRecord& e ) {
-   GroupRecord& g = *groups_.at( e.group );
-   g.tableDirty = true;
-   if ( config_.lookup == LookupMethod::Indexed ) {
-      g.index.orderIs( e );
+   groups_.at( e.group )->tableDirty = true;
+   // The index brings an entry's place in line with its order as well as with its face.
+   indexQueue( *find( e.id ) );
+}
+
+void ChipModel::indexQueue( EntryRecord& e ) {
+   if ( config_.lookup == LookupMethod::Indexed && !e.indexQueued ) {
+      e.indexQueued = true;
+      groups_.at( e.group )->indexPending.push_back( e.id );
    }
+}
+
+// An id whose entry is gone was taken out of the index when the entry was destroyed; one that
+// names a new entry of the same id brings that one in.
+void ChipModel::indexFlush( GroupRecord& g ) {
+   for ( EntryId id : g.indexPending ) {
+      EntryRecord* e = find( id );
+      if ( e && e->indexQueued && e->group == g.id ) {
+         e->indexQueued = false;
+         g.index.entryIs( *e );
+      }
+   }
+   g.indexPending.clear();
 }
 
 Status ChipModel::groupCreate( GroupId id, Stage stage, S32 priority ) {

@@ -210,6 +210,8 @@ class ChipModel {
    void rebuildTable( GroupRecord& g );
    EntryRecord* scanFirstMatch( GroupRecord& g, StageContext& ctx );
    EntryRecord* firstMatch( GroupRecord& g, StageContext& ctx );
+   void indexQueue( EntryRecord& e );
+   void indexFlush( GroupRecord& g );
    void runStage( Stage s, StageContext& ctx, Verdict& out, std::optional<U32> egressPort );
 
    ChipConfig config_;

@@ -28,8 +28,12 @@ struct ChipModel::GroupRecord {
    KeySet keys = KeySet::all();
    std::vector<EntryRecord*> members;  // unordered
 
-   // The index, kept up to date at every change, when the chip looks up by index.
+   // The index, when the chip looks up by index. Changes of entries wait in indexPending and
+   // reach the index before the next lookup of the group (indexFlush): an entry that is
+   // installed, disabled, enabled and given its ports in one programming run is placed once,
+   // and programming pays for no lookup structure it does not use.
    GroupIndex index;
+   std::vector<EntryId> indexPending;
 
    // The scan's table, rebuilt before the next scan whenever an entry of the group changes in
    // hardware.

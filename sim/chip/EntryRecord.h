@@ -83,6 +83,8 @@ struct EntryRecord {
    bool installed = false;
    bool enabled = false;
    bool pending = false;
+   // A change waits in its group's indexPending for the next lookup by index.
+   bool indexQueued = false;
    U64 hits = 0;
    std::optional<EntryImage> image;
 };
