@@ -8,13 +8,15 @@
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
 #include "sim/chip/Packet.h"
-#include "tests/acl/ip/IpAclBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 #include "tests/support/TraceLines.h"
 
 namespace AclIpTest {
+
+using namespace HalyardTest;
 namespace {
 
 using Halyard::TcamGroupAssignment;
@@ -40,11 +42,11 @@ class Ip6KeyFormsTest : public ::testing::Test {
       return sw_.sim().inject( intfName( 0, inPort ), p, intfName( 0, outPort ) );
    }
    // The packet passes and meets the rule (nullopt: the closing rule).
-   void expectMeets( const IpAcl& acl, const char* what, const Packet& p, std::optional<U32> rule,
-                     bool passes ) {
+   void expectMeets( const DrivenAcl& acl, const char* what, const Packet& p,
+                     std::optional<U32> rule, bool passes ) {
       const Sim::SwitchVerdict v = sent( p );
       EXPECT_EQ( passes, v.forwarded() ) << what << ": " << v.text();
-      EXPECT_EQ( rule.value_or( acl.ruleCount() ), acl.hitRule( v ).value_or( 999 ) )
+      EXPECT_EQ( rule.value_or( acl.ruleCount() ), acl.ruleHit( v ).value_or( 999 ) )
           << what << ": " << v.text();
    }
 };
@@ -52,8 +54,8 @@ class Ip6KeyFormsTest : public ::testing::Test {
 // Prefixes of up to 64 bits stay in VFP, keyed by their upper half; the first longer prefix
 // takes that rule and every later one to IFP, whose key holds whole addresses.
 TEST_F( Ip6KeyFormsTest, VfpHoldsUpperHalvesAndLongPrefixesLeaveIt ) {
-   IpAcl acl( sw_, "v6", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
-   acl.applied( {
+   DrivenAcl acl( sw_, "v6", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
+   acl.rulesCommitted( {
        { ip6Rule( Acl::permit_, ip6Filter( 6, "2001:db8:1::/64" ) ), { dstPortEq( 443 ) } },
        { ip6Rule( Acl::deny_, ip6Filter( 0, "::/0", "2001:db8:2::/64" ) ), { Terms{} } },
        { ip6Rule( Acl::permit_, ip6Filter( 0, "2001:db8:3::5/128" ) ), { Terms{} } },
@@ -89,9 +91,9 @@ TEST_F( Ip6KeyFormsTest, VfpHoldsUpperHalvesAndLongPrefixesLeaveIt ) {
 // A standard ACL has narrow entries, which key the whole source address even in VFP: a /128
 // keeps VFP, and its neighbour in the same /64 is not taken for it.
 TEST_F( Ip6KeyFormsTest, StandardAclKeysWholeSourcesInNarrowEntries ) {
-   IpAcl acl( sw_, "std", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) }, true );
+   DrivenAcl acl( sw_, "std", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) }, true );
    ASSERT_TRUE( acl.common( 0 )->canUseStd() );
-   acl.applied( {
+   acl.rulesCommitted( {
        { ip6Rule( Acl::permit_, ip6Filter( 0, "2001:db8::5/128" ) ), { Terms{} } },
        { ip6Rule( Acl::deny_, ip6Filter( 0, "2001:db8::/32" ) ), { Terms{} } },
    } );
@@ -117,8 +119,8 @@ class Ip6NarrowKeyTest : public Ip6KeyFormsTest {
 
 // In key width mode 1 an IFP entry keys the upper halves too, and carries range checkers.
 TEST_F( Ip6NarrowKeyTest, IfpEntriesKeyUpperHalvesAndRanges ) {
-   IpAcl acl( sw_, "narrow", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
-   acl.applied( {
+   DrivenAcl acl( sw_, "narrow", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
+   acl.rulesCommitted( {
        { ip6Rule( Acl::deny_, ip6Filter( 17 ) ), { dstPortRange( 1000, 2000 ) } },
        { ip6Rule( Acl::permit_, ip6Filter( 0, "2001:db8:1::/64" ) ), { Terms{} } },
    } );
@@ -140,7 +142,7 @@ TEST_F( Ip6NarrowKeyTest, IfpEntriesKeyUpperHalvesAndRanges ) {
 
 // A prefix above 64 bits cannot stand in the narrow key: no entry, a unit error of 2.
 TEST_F( Ip6NarrowKeyTest, RefusesPrefixesAbove64 ) {
-   IpAcl acl( sw_, "narrow", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
+   DrivenAcl acl( sw_, "narrow", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, inPort ) } );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    EXPECT_EQ( Fennel::aclCreateNoEntries,
               acl.ruleIs( ip6Rule( Acl::permit_, ip6Filter( 0, "2001:db8:1::/65" ) ) ) );

@@ -11,12 +11,14 @@
 #include "platform/acl/PayloadSpec.h"
 #include "platform/vesper/ActivityLock.h"
 #include "sim/chip/Packet.h"
-#include "tests/acl/ip/IpAclBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclIpTest {
+
+using namespace HalyardTest;
 namespace {
 
 using Halyard::QualIdList;
@@ -59,8 +61,8 @@ class PayloadTest : public ::testing::TestWithParam<std::string> {
 };
 
 TEST_P( PayloadTest, WordsBecomeFieldsAndPacketsMatchThem ) {
-   IpAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
-   acl.applied( { { payloadRule( Acl::permit_ ), { Terms{} } } } );
+   DrivenAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   acl.rulesCommitted( { { payloadRule( Acl::permit_ ), { Terms{} } } } );
    const U32 entry = acl.entries( 0, 0 ).at( 0 );
    // A payload takes the ACL out of VFP, which has no user-defined fields.
    EXPECT_EQ( Halyard::tcamGroupIpAcl, HalyardTest::groupOf( sw_.chip( 0 ), entry ) );
@@ -100,7 +102,7 @@ TEST_P( PayloadTest, WordsBecomeFieldsAndPacketsMatchThem ) {
 
 // A rule without a payload asks the manager for nothing.
 TEST_P( PayloadTest, NoPayloadNoField ) {
-   IpAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.ruleIs( ip4Rule( Acl::permit_, ip4Filter( 17 ) ) ) );
    EXPECT_TRUE( sw_.chip( 0 ).udfIds().empty() );
    EXPECT_EQ( 0u, acl.common( 0 )->aclRule( 0 )->udfDataForRule().size() );
@@ -122,7 +124,7 @@ class FewFieldsTest : public PayloadTest {
 // The third field cannot be had: 12, with the marks of a failed rule and the unit error; the
 // fields obtained so far stay recorded for teardown, and the entry stays in the rule's list.
 TEST_P( FewFieldsTest, UdfErrorKeepsWhatItGot ) {
-   IpAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "p", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    EXPECT_EQ( Fennel::aclCreateUdfError, acl.ruleIs( payloadRule( Acl::deny_ ) ) );
    EXPECT_EQ( 2u, acl.common( 0 )->aclRule( 0 )->udfDataForRule().size() );
    EXPECT_EQ( 1u, acl.entries( 0, 0 ).size() );

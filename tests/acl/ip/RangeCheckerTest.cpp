@@ -9,12 +9,14 @@
 
 #include "platform/halyard/RangeCheckerDesc.h"
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/ip/IpAclBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclIpTest {
+
+using namespace HalyardTest;
 namespace {
 
 using Halyard::RangeCheckerDesc;
@@ -37,8 +39,8 @@ class RangeCheckerTest : public ::testing::TestWithParam<std::string> {
    explicit RangeCheckerTest( const HalyardTest::AgentOptions& options = {} )
        : sw_( HalyardTest::SwitchLayout( { GetParam() } ), options ) {}
 
-   IpAcl acl( const char* name, Acl::AclDirection direction = Acl::in_, U32 port = 1 ) {
-      return IpAcl( sw_, name, Acl::ip_, direction, { HalyardTest::intfOf( 0, port ) } );
+   DrivenAcl acl( const char* name, Acl::AclDirection direction = Acl::in_, U32 port = 1 ) {
+      return DrivenAcl( sw_, name, Acl::ip_, direction, { HalyardTest::intfOf( 0, port ) } );
    }
    U32 uses( const RangeCheckerDesc& desc ) {
       return sw_.groupManager()->rangeCheckerUses( 0, desc );
@@ -54,7 +56,7 @@ class RangeCheckerTest : public ::testing::TestWithParam<std::string> {
 };
 
 TEST_P( RangeCheckerTest, SharedWithinARuleAskedForAgainByAnother ) {
-   IpAcl a = acl( "a" );
+   DrivenAcl a = acl( "a" );
    Terms first = dstPortRange( 1000, 2000 );
    first.srcPort = 5;
    first.srcPortMask = 0xFFFF;
@@ -75,7 +77,7 @@ TEST_P( RangeCheckerTest, SharedWithinARuleAskedForAgainByAnother ) {
 // The subrule is found whether its ports stand in checkers or in port qualifiers, a masked port
 // read as the range it covers; other bounds are not found.
 TEST_P( RangeCheckerTest, SubruleFoundByItsRanges ) {
-   IpAcl a = acl( "a" );
+   DrivenAcl a = acl( "a" );
    Terms ranged = dstPortRange( 1000, 2000 );
    ranged.srcPort = 80;
    ranged.srcPortMask = 0xFFFF;
@@ -87,7 +89,7 @@ TEST_P( RangeCheckerTest, SubruleFoundByItsRanges ) {
    ASSERT_EQ( 0, a.ruleIs( rule, { ranged, block } ) );
    auto exists = [&]( U32 sub, U16 srcLow, U16 srcHigh, bool hasSrc, U16 dstLow, U16 dstHigh,
                       bool hasDst ) {
-      return sw_.helper()->ipPortRangeSubruleExists( a.aclData(), rule.uniqueId(), 0, sub, srcLow,
+      return sw_.helper()->ipPortRangeSubruleExists( a.data(), rule.uniqueId(), 0, sub, srcLow,
                                                      srcHigh, hasSrc, dstLow, dstHigh, hasDst );
    };
    EXPECT_TRUE( exists( 0, 80, 80, true, 1000, 2000, true ) );
@@ -103,10 +105,10 @@ TEST_P( RangeCheckerTest, SubruleFoundByItsRanges ) {
 // After every ACL, the ranges that the rule records hold are the checkers standing on the chip,
 // and each is used once for every rule that holds it.
 TEST_P( RangeCheckerTest, RecordsAndManagerAgreeAfterEveryAcl ) {
-   std::vector<IpAcl> acls;
+   std::vector<DrivenAcl> acls;
    auto agree = [&]( const char* when ) {
       std::map<RangeCheckerDesc, U32> held;
-      for ( const IpAcl& a : acls ) {
+      for ( const DrivenAcl& a : acls ) {
          for ( const auto& rule : a.common( 0 )->aclRule() ) {
             for ( const auto& member : rule.rangeChecker() ) {
                ++held[member.key()];
@@ -119,21 +121,22 @@ TEST_P( RangeCheckerTest, RecordsAndManagerAgreeAfterEveryAcl ) {
       }
    };
    acls.push_back( acl( "a", Acl::in_, 1 ) );
-   acls[0].applied( { { ip4Rule( Acl::deny_, ip4Filter( 17 ) ),
-                        { dstPortRange( 1000, 2000 ), srcPortRange( 1, 100 ) } },
-                      { ip4Rule( Acl::permit_, ip4Filter( 6 ) ),
-                        { dstPortRange( 1000, 2000 ), ipLengthEq( 64 ) } } } );
+   acls[0].rulesCommitted( { { ip4Rule( Acl::deny_, ip4Filter( 17 ) ),
+                               { dstPortRange( 1000, 2000 ), srcPortRange( 1, 100 ) } },
+                             { ip4Rule( Acl::permit_, ip4Filter( 6 ) ),
+                               { dstPortRange( 1000, 2000 ), ipLengthEq( 64 ) } } } );
    agree( "after a" );
    acls.push_back( acl( "b", Acl::in_, 3 ) );
-   acls[1].applied( { { ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 1000, 2000 ) } },
-                      { ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 7, 9 ) } } } );
+   acls[1].rulesCommitted(
+       { { ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 1000, 2000 ) } },
+         { ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 7, 9 ) } } } );
    agree( "after b" );
 }
 
 // No checker on egress: a range fails with 3 and marks the ACL dirty, with no unit error; an
 // exact port is a plain qualifier and succeeds.
 TEST_P( RangeCheckerTest, EgressHasNone ) {
-   IpAcl a = acl( "a", Acl::out_, 2 );
+   DrivenAcl a = acl( "a", Acl::out_, 2 );
    EXPECT_EQ( 0, a.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortEq( 22 ) } ) );
    EXPECT_FALSE( a.common( 0 )->dirty() );
    EXPECT_EQ( Fennel::aclCreateNoRangeChecker,
@@ -154,7 +157,7 @@ class OneCheckerPerEntryTest : public RangeCheckerTest {
 // An entry that takes no more checkers gives back the one just obtained; the release made for
 // a reused id is given back as well.
 TEST_P( OneCheckerPerEntryTest, GivenBackWhenTheEntryTakesNoMore ) {
-   IpAcl a = acl( "a" );
+   DrivenAcl a = acl( "a" );
    Terms both = srcPortRange( 1, 100 );
    both.dstLow = 1000;
    both.dstHigh = 2000;
@@ -169,7 +172,7 @@ TEST_P( OneCheckerPerEntryTest, GivenBackWhenTheEntryTakesNoMore ) {
 
    // Subrule 0 holds the destination checker; subrule 1 reuses its id, cannot attach it, and
    // gives one use back.
-   IpAcl b = acl( "b", Acl::in_, 3 );
+   DrivenAcl b = acl( "b", Acl::in_, 3 );
    EXPECT_EQ( Fennel::aclCreateNoRangeChecker, b.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 17 ) ),
                                                          { dstPortRange( 1000, 2000 ), both } ) );
    EXPECT_EQ( 0u, uses( dst1000 ) );
@@ -183,7 +186,7 @@ class FewCheckersTest : public RangeCheckerTest {
 // With the unit's checkers gone, a port range fails with 3 and no unit error, an IP length
 // with 2 and the unit error.
 TEST_P( FewCheckersTest, NoneLeft ) {
-   IpAcl a = acl( "a" );
+   DrivenAcl a = acl( "a" );
    EXPECT_EQ( 0, a.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 1, 2 ) } ) );
    EXPECT_EQ( Fennel::aclCreateNoRangeChecker,
               a.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 3, 4 ) } ) );

@@ -6,11 +6,13 @@
 #include <string>
 
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/ip/IpAclBench.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclIpTest {
+
+using namespace HalyardTest;
 namespace {
 
 class ResultCodesTest : public ::testing::Test {
@@ -21,20 +23,20 @@ class ResultCodesTest : public ::testing::Test {
    Fennel::AclCreateError unitError( U32 unit ) {
       return sw_.helper()->unitError( sw_.sim().hcsd()->halyardModId( unit ).chipName() );
    }
-   void expectMarked( const IpAcl& acl, U32 unit, Fennel::AclCreateError error ) {
+   void expectMarked( const DrivenAcl& acl, U32 unit, Fennel::AclCreateError error ) {
       EXPECT_TRUE( acl.common( unit )->dirty() ) << unit;
       EXPECT_TRUE( sw_.helper()->unitDirty( unit ) ) << unit;
       EXPECT_TRUE( sw_.helper()->dirty() );
       EXPECT_EQ( error, unitError( unit ) ) << unit;
    }
-   void expectClean( const IpAcl& acl, U32 unit ) {
+   void expectClean( const DrivenAcl& acl, U32 unit ) {
       EXPECT_FALSE( acl.common( unit )->dirty() ) << unit;
       EXPECT_FALSE( sw_.helper()->unitDirty( unit ) ) << unit;
       EXPECT_EQ( Fennel::aclCreateSuccess, unitError( unit ) ) << unit;
    }
-   IpAcl bothUnits( const char* name ) {
-      return IpAcl( sw_, name, Acl::ip_, Acl::in_,
-                    { HalyardTest::intfOf( 0, 1 ), HalyardTest::intfOf( 1, 1 ) } );
+   DrivenAcl bothUnits( const char* name ) {
+      return DrivenAcl( sw_, name, Acl::ip_, Acl::in_,
+                        { HalyardTest::intfOf( 0, 1 ), HalyardTest::intfOf( 1, 1 ) } );
    }
 
    HalyardTest::CleanProcessState process_;
@@ -44,7 +46,7 @@ class ResultCodesTest : public ::testing::Test {
 
 // A VNI rule does not come through this door: 13, and no unit is touched.
 TEST_F( ResultCodesTest, VniRuleIsRefusedBeforeAnyUnit ) {
-   IpAcl acl = bothUnits( "vni" );
+   DrivenAcl acl = bothUnits( "vni" );
    Acl::IpFilter filter = ip4Filter( 17 );
    filter.vniIs( 5000 );
    EXPECT_EQ( Fennel::aclCreateNotExpressible, acl.ruleIs( ip4Rule( Acl::permit_, filter ) ) );
@@ -59,12 +61,12 @@ TEST_F( ResultCodesTest, NarrowMirroringKeyRefusesAddresses ) {
    sw_.groupManager()->ingressMirrorAclKeyWidthModeIs( 1 );
    sw_.helper()->setMirroringHalyardAclTypeDirectionFeatureSm( Acl::ip_, Acl::in_,
                                                                Halyard::aclFeatureMirroring1 );
-   IpAcl acl = bothUnits( "mirror" );
+   DrivenAcl acl = bothUnits( "mirror" );
    const Acl::RuleConfig rule = ip4Rule( Acl::permit_, ip4Filter( 0, "0.0.0.0/0", "10.0.0.0/8" ) );
    EXPECT_EQ( Fennel::aclCreateNotExpressible,
               sw_.helper()->createIpAclSubruleForUnit(
-                  Acl::ip_, acl.unitData( 0 ), rule, rule.uniqueId(), acl.aclData(), 0, 0, 0, 0, 0,
-                  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, false, Halyard::aclFeatureMirroring1, 0, 0 ) );
+                  Acl::ip_, acl.unitData( 0 ), rule, rule.uniqueId(), acl.data(), 0, 0, 0, 0, 0, 0,
+                  0, 0, 0, 0, 0, 0, 0, 0, 0, false, Halyard::aclFeatureMirroring1, 0, 0 ) );
    expectMarked( acl, 0, Fennel::aclCreateNotExpressible );
    EXPECT_TRUE( acl.entries( 0, 0 ).empty() );
 }
@@ -72,8 +74,8 @@ TEST_F( ResultCodesTest, NarrowMirroringKeyRefusesAddresses ) {
 // A port range on egress: 3 to the generic layer, the ACL dirty on each unit (commit keeps
 // away), and neither the units nor the helper marked, nor an error published.
 TEST_F( ResultCodesTest, NoRangeCheckerMarksTheAclOnly ) {
-   IpAcl acl( sw_, "out", Acl::ip_, Acl::out_,
-              { HalyardTest::intfOf( 0, 2 ), HalyardTest::intfOf( 1, 2 ) } );
+   DrivenAcl acl( sw_, "out", Acl::ip_, Acl::out_,
+                  { HalyardTest::intfOf( 0, 2 ), HalyardTest::intfOf( 1, 2 ) } );
    EXPECT_EQ( Fennel::aclCreateNoRangeChecker,
               acl.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortRange( 10, 20 ) } ) );
    EXPECT_EQ( Fennel::aclCreateSuccess, acl.ruleIs( ip4Rule( Acl::permit_, ip4Filter( 6 ) ) ) );
@@ -113,7 +115,7 @@ class FullUnitTest : public ResultCodesTest {
 // No entry on unit 0: 2 for the call, the marks and the error on unit 0, and unit 1 gets its
 // rule and stays clean.
 TEST_F( FullUnitTest, FailingUnitDoesNotStopTheOthers ) {
-   IpAcl acl = bothUnits( "full" );
+   DrivenAcl acl = bothUnits( "full" );
    filled( 0 );
    EXPECT_EQ( Fennel::aclCreateNoEntries,
               acl.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 6 ) ), { dstPortEq( 23 ) } ) );

@@ -9,13 +9,15 @@
 
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
-#include "tests/acl/ip/IpAclBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 #include "tests/support/TraceLines.h"
 
 namespace AclIpTest {
+
+using namespace HalyardTest;
 namespace {
 
 using Sim::QualId;
@@ -41,7 +43,7 @@ class SubruleCallsTest : public ::testing::Test {
 };
 
 TEST_F( SubruleCallsTest, Ipv4Subrule ) {
-   IpAcl acl( sw_, "a", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    Acl::IpFilter filter = ip4Filter( 6, "10.1.0.0/16", "10.2.3.0/24" );
    filter.dscpIs( 10 );
    filter.ttlIs( Acl::TtlSpec( Acl::TtlOp::eq, 9 ) );
@@ -78,7 +80,7 @@ TEST_F( SubruleCallsTest, Ipv4Subrule ) {
 // ICMPv6 type and code go in the source port field; the traffic class takes the rule's class
 // and the subrule's ECN bits in one byte; the range is a checker, not a qualifier.
 TEST_F( SubruleCallsTest, Ipv6SubruleWithRange ) {
-   IpAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    Acl::Ip6Filter filter = ip6Filter( 58, "2001:db8::/32" );
    filter.icmpTypeIs( 128 );
    filter.icmpCodeIs( 0 );
@@ -118,7 +120,7 @@ TEST_F( SubruleCallsTest, Ipv6SubruleWithRange ) {
 
 // The fragment rule keys the layer 3 terms of its rule on later fragments.
 TEST_F( SubruleCallsTest, FragmentRule ) {
-   IpAcl acl( sw_, "a", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ip_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.ruleIs( ip4Rule( Acl::permit_, ip4Filter( 17, "10.1.0.0/16" ) ),
                              { dstPortEq( 53 ) } ) );
    Vesper::TraceCapture smTrace( "Halyard::AclSm" );
@@ -144,7 +146,7 @@ TEST_F( SubruleCallsTest, FragmentRule ) {
 // An IPv6 ACL closes with an ICMPv6 permit ahead of its deny, both in the closing rule number:
 // the deny in subrule 0 under the unit's drop rule id, the permit in subrule 1.
 TEST_F( SubruleCallsTest, Ipv6ClosingRule ) {
-   IpAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.closed() );
    const Halyard::AclRuleData::Ptr closing = acl.common( 0 )->aclRule( 0 );
    ASSERT_TRUE( closing );
@@ -165,7 +167,7 @@ TEST_F( SubruleCallsTest, Ipv6ClosingRule ) {
 // A pass that did not reach commit leaves the closing rule standing; the next pass takes it
 // over under the same id, and its entries replace the earlier ones.
 TEST_F( SubruleCallsTest, ClosingRuleOfASecondPass ) {
-   IpAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.closed() );
    const Acl::UniqueId first = acl.unitData( 0 )->dropEntryAclId();
    const std::vector<U32> before = acl.entries( 0, 0, 0 );
@@ -181,7 +183,7 @@ TEST_F( SubruleCallsTest, ClosingRuleOfASecondPass ) {
 TEST_F( SubruleCallsTest, Ipv6ClosingRuleWithoutPermit ) {
    sw_.paramConfig()->permitIcmp6TypesConfigIs( Acl::PermitIcmp6TypesConfig::neighborDiscovery );
    EXPECT_TRUE( sw_.helper()->needToInstallIcmp6NeighborDiscoveryRules() );
-   IpAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ipv6_, Acl::in_, { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.closed() );
    EXPECT_TRUE( acl.entries( 0, 0, 1 ).empty() );
    EXPECT_EQ( 1u, acl.entries( 0, 0, 0 ).size() );
@@ -196,7 +198,7 @@ class Protocol141Test : public ::testing::TestWithParam<Acl::AclDirection> {
 };
 
 TEST_P( Protocol141Test, ExtensionHeaderOnIngressOnly ) {
-   IpAcl acl( sw_, "a", Acl::ip_, GetParam(), { HalyardTest::intfOf( 0, 1 ) } );
+   DrivenAcl acl( sw_, "a", Acl::ip_, GetParam(), { HalyardTest::intfOf( 0, 1 ) } );
    ASSERT_EQ( 0, acl.ruleIs( ip4Rule( Acl::deny_, ip4Filter( 141 ) ) ) );
    const U32 entry = acl.entries( 0, 0 ).at( 0 );
    const bool ingress = GetParam() == Acl::in_;

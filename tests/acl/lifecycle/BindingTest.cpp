@@ -5,13 +5,15 @@
 
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
-#include "tests/acl/lifecycle/LifecycleBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 #include "tests/support/TraceLines.h"
 
 namespace AclLifecycleTest {
+
+using namespace HalyardTest;
 namespace {
 
 using HalyardTest::intfOf;
@@ -44,7 +46,7 @@ const std::vector<Rule> denyHostOne = { macFromHost( Acl::deny_, 1 ), macAny( Ac
 // An ingress ACL in VFP selects its ports by class: a new port only needs the class, and no
 // entry is rewritten.
 TEST_F( BindingTest, APortJoinsAnIngressAclByItsClassAlone ) {
-   TestAcl acl( sw_, "m", Acl::mac_, Acl::in_ );
+   DrivenAcl acl( sw_, "m", Acl::mac_, Acl::in_ );
    EXPECT_FALSE( acl.bound( intfOf( 0, 1 ) ) );
    ASSERT_EQ( Fennel::aclCreateSuccess, acl.applied( denyHostOne ) );
    ASSERT_TRUE( acl.common( 0 )->canUseVfp() );
@@ -72,8 +74,8 @@ TEST_F( BindingTest, APortJoinsAnIngressAclByItsClassAlone ) {
 // A port whose VFP lookup another ACL type holds: the ACL must be rebuilt without VFP; when the
 // holder leaves the port, the waiting ACL is woken and takes VFP at its next pass.
 TEST_F( BindingTest, AVfpPortConflictAsksForAReapplyAndTheFreedPortIsHandedOver ) {
-   TestAcl mac( sw_, "m", Acl::mac_, Acl::in_ );
-   TestAcl ip( sw_, "i", Acl::ip_, Acl::in_ );
+   DrivenAcl mac( sw_, "m", Acl::mac_, Acl::in_ );
+   DrivenAcl ip( sw_, "i", Acl::ip_, Acl::in_ );
    mac.bound( intfOf( 0, 1 ) );
    ASSERT_EQ( Fennel::aclCreateSuccess, mac.applied( denyHostOne ) );
    const std::vector<Rule> denyTen = { ip4( Acl::deny_, 17, "10.0.0.0/8" ),
@@ -130,7 +132,7 @@ TEST_F( BindingTest, AnEgressAclWithoutAClassIsRebuiltForEachPortThatComesOrGoes
    while ( const U8 c = pool->freeIntfClassPop() ) {
       taken.push_back( c );
    }
-   TestAcl acl( sw_, "e", Acl::mac_, Acl::out_ );
+   DrivenAcl acl( sw_, "e", Acl::mac_, Acl::out_ );
    acl.bound( intfOf( 0, 1 ) );
    ASSERT_EQ( Fennel::aclCreateSuccess, acl.applied( denyHostOne ) );
    EXPECT_EQ( 1u, acl.ruleEntries( 0, 0 ).size() );
@@ -171,8 +173,8 @@ TEST( BindingUnitsTest, ABindingPutsTheAclOnEveryUnitAndADirtyUnitDirtiesAll ) {
    HalyardTest::CleanProcessState process;
    Vesper::ActivityLockGuard activity;
    HalyardTest::AgentSwitch sw( HalyardTest::SwitchLayout( { "trident3", "trident3" } ) );
-   TestAcl mac( sw, "m", Acl::mac_, Acl::in_ );
-   TestAcl ip( sw, "i", Acl::ip_, Acl::in_ );
+   DrivenAcl mac( sw, "m", Acl::mac_, Acl::in_ );
+   DrivenAcl ip( sw, "i", Acl::ip_, Acl::in_ );
    EXPECT_FALSE( ip.bound( intfOf( 1, 2 ) ) );
    for ( const U32 unit : { 0u, 1u } ) {
       ASSERT_TRUE( ip.common( unit ) ) << unit;

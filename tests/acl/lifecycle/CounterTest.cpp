@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/lifecycle/LifecycleBench.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclLifecycleTest {
+
+using namespace HalyardTest;
 namespace {
 
 using HalyardTest::intfOf;
@@ -38,7 +40,7 @@ class CounterTest : public ::testing::Test {
    HalyardTest::CleanProcessState process_;
    Vesper::ActivityLockGuard activity_;
    HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident3", "trident3" } ) };
-   TestAcl acl_{ sw_, "cnt", Acl::ip_, Acl::in_ };
+   DrivenAcl acl_{ sw_, "cnt", Acl::ip_, Acl::in_ };
    Rule web_ = ip4( Acl::permit_, 6, "10.0.0.0/8", { dstPortEq( 80 ), dstPortEq( 443 ) } );
    Rule udp_ = ip4( Acl::deny_, 17, "0.0.0.0/0" );
 };

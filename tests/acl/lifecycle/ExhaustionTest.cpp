@@ -10,11 +10,13 @@
 #include <utility>
 
 #include "platform/vesper/ActivityLock.h"
-#include "tests/acl/lifecycle/LifecycleBench.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclLifecycleTest {
+
+using namespace HalyardTest;
 namespace {
 
 using Halyard::HalyardUnboundedTcamEntryManager;
@@ -29,11 +31,11 @@ TEST( ExhaustionTest, AnAclThatDoesNotFitWaitsUntilRoomBringsADeferredUpdate ) {
    Halyard::AclHelper& helper = *sw.helper();
    const Vesper::Name chip = sw.sim().hcsd()->halyardModId( 0 ).chipName();
 
-   TestAcl first( sw, "first", Acl::mac_, Acl::out_ );
+   DrivenAcl first( sw, "first", Acl::mac_, Acl::out_ );
    first.bound( intfOf( 0, 1 ) );
    ASSERT_EQ( Fennel::aclCreateSuccess,
               first.applied( { macFromHost( Acl::deny_, 1 ), macAny( Acl::permit_ ) } ) );
-   TestAcl second( sw, "second", Acl::mac_, Acl::out_ );
+   DrivenAcl second( sw, "second", Acl::mac_, Acl::out_ );
    second.bound( intfOf( 0, 2 ) );
    const std::vector<Rule> rules = { macFromHost( Acl::deny_, 2 ), macFromHost( Acl::deny_, 3 ),
                                      macAny( Acl::permit_ ) };
@@ -174,7 +176,7 @@ TEST( CompressionTest, AllGroupsArePackedBeforeCommitAndAfterTeardownInAFixedOrd
    Vesper::ActivityLockGuard activity;
    HalyardTest::AgentSwitch sw( HalyardTest::SwitchLayout( { "trident3", "trident3" } ) );
    Halyard::AclHelper& helper = *sw.helper();
-   TestAcl acl( sw, "c", Acl::mac_, Acl::in_ );
+   DrivenAcl acl( sw, "c", Acl::mac_, Acl::in_ );
    acl.bound( intfOf( 0, 1 ) );
    // Slices aside: giving them back is what compression itself does.
    const std::string bringUp = poolsText( sw, false );

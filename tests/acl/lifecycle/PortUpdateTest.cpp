@@ -9,12 +9,14 @@
 
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
-#include "tests/acl/lifecycle/LifecycleBench.h"
 #include "tests/support/ChipReadback.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclLifecycleTest {
+
+using namespace HalyardTest;
 namespace {
 
 using HalyardTest::intfOf;
@@ -88,7 +90,7 @@ class PortUpdateTest : public ::testing::TestWithParam<Case> {
    HalyardTest::CleanProcessState process_;
    Vesper::ActivityLockGuard activity_;
    HalyardTest::AgentSwitch sw_{ HalyardTest::SwitchLayout( { "trident3" } ) };
-   TestAcl acl_{ sw_, "p", Acl::mac_, Acl::in_ };
+   DrivenAcl acl_{ sw_, "p", Acl::mac_, Acl::in_ };
    std::vector<U8> classes_;
 };
 

@@ -8,11 +8,13 @@
 #include "platform/acl/PayloadSpec.h"
 #include "platform/vesper/ActivityLock.h"
 #include "platform/vesper/Trace.h"
-#include "tests/acl/lifecycle/LifecycleBench.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclLifecycleTest {
+
+using namespace HalyardTest;
 namespace {
 
 using HalyardTest::intfOf;
@@ -82,7 +84,7 @@ TEST_P( TeardownTest, EveryResourceGoesBackAndCleanupLeavesNoRecord ) {
    const Case& c = GetParam();
    for ( int life = 0; life < 2; ++life ) {
       SCOPED_TRACE( "life " + std::to_string( life ) );
-      TestAcl acl( sw_, "t", c.type, c.direction );
+      DrivenAcl acl( sw_, "t", c.type, c.direction );
       for ( const Pylon::IntfId intf : { intfOf( 0, 1 ), intfOf( 0, 2 ), intfOf( 1, 1 ) } ) {
          acl.bound( intf );
       }
@@ -129,14 +131,14 @@ INSTANTIATE_TEST_SUITE_P(
 TEST( TeardownEdgeTest, AnAclNeverConfiguredOrUnknownIsLeftAlone ) {
    Vesper::ActivityLockGuard activity;
    HalyardTest::AgentSwitch sw;
-   TestAcl acl( sw, "n", Acl::mac_, Acl::in_ );
+   DrivenAcl acl( sw, "n", Acl::mac_, Acl::in_ );
    acl.bound( intfOf( 0, 1 ) );
    sw.helper()->precreateAcl( acl.data(), nullptr );
    const std::string before = poolsText( sw );
    Vesper::TraceCapture trace( "Halyard::AclSm" );
    sw.helper()->destroyAcl( acl.data() );
    EXPECT_EQ( before, poolsText( sw ) );
-   TestAcl unknown( sw, "u", Acl::ip_, Acl::in_ );
+   DrivenAcl unknown( sw, "u", Acl::ip_, Acl::in_ );
    unknown.data()->aclVersionIs( 1 );
    sw.helper()->destroyAcl( unknown.data() );
    for ( const std::string& line : trace.lines() ) {

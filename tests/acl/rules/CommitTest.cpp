@@ -28,18 +28,18 @@ std::vector<std::string> installLines( const std::vector<U32>& entries ) {
 class CommitTest : public MacAclFixture {
  protected:
    // Rules 2, 0 and 1 made in that order, so that entry ids do not follow rule numbers.
-   void rulesOutOfOrder( const Fennel::AclData::Ptr& acl ) {
-      precreate( acl );
+   void rulesOutOfOrder( HalyardTest::DrivenAcl& acl ) {
+      acl.precreated();
       for ( const U32 ruleNum : { 2u, 0u, 1u } ) {
          const Acl::RuleConfig rule = HalyardTest::macRule( permitFrom( U8( ruleNum + 1 ) ) );
-         ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl, ruleNum ),
+         ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl.data(), ruleNum ),
                     Fennel::aclCreateSuccess );
       }
    }
-   std::vector<U32> entriesInRuleOrder( const Fennel::AclData::Ptr& acl, U32 unit ) {
+   std::vector<U32> entriesInRuleOrder( HalyardTest::DrivenAcl& acl, U32 unit ) {
       std::vector<U32> all;
       for ( U32 ruleNum = 0; ruleNum < 3; ++ruleNum ) {
-         for ( const U32 e : ruleEntries( acl, unit, ruleNum ) ) {
+         for ( const U32 e : acl.ruleEntries( unit, ruleNum ) ) {
             all.push_back( e );
          }
       }
@@ -52,61 +52,61 @@ class CommitTest : public MacAclFixture {
 
 TEST_F( CommitTest, InstallsInAscendingRuleNumberOnceAndCountsFromZero ) {
    build();
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
    rulesOutOfOrder( acl );
    const std::vector<U32> entries = entriesInRuleOrder( acl, 0 );
    ASSERT_EQ( entries.size(), 3u );
    ASSERT_GT( entries[1], entries[0] ) << "rule 0 was made after rule 2";
-   common( acl, 0 )->aclRule( 1 )->lastReadValueIs( 42 );
+   acl.common( 0 )->aclRule( 1 )->lastReadValueIs( 42 );
 
    HalyardTest::FpCmdCapture fp;
    helper().prepareToCommit();
-   helper().commitAcl( acl );
+   helper().commitAcl( acl.data() );
    EXPECT_EQ( HalyardTest::linesStartingWith( fp.lines(), "fp entry install" ),
               installLines( entries ) );
    for ( const U32 e : entries ) {
       EXPECT_TRUE( installed( 0, e ) );
    }
-   EXPECT_TRUE( common( acl, 0 )->installed() );
-   EXPECT_EQ( common( acl, 0 )->aclRule( 1 )->lastReadValue(), 0u );
+   EXPECT_TRUE( acl.common( 0 )->installed() );
+   EXPECT_EQ( acl.common( 0 )->aclRule( 1 )->lastReadValue(), 0u );
 
    fp.clear();
-   helper().commitAcl( acl );
+   helper().commitAcl( acl.data() );
    EXPECT_TRUE( fp.lines().empty() ) << "a second commit installs nothing";
-   EXPECT_TRUE( common( acl, 0 )->installed() );
+   EXPECT_TRUE( acl.common( 0 )->installed() );
 }
 
 TEST_F( CommitTest, ADirtyUnitIsLeftAloneAndTheOtherInstalled ) {
    build( layoutOf( { "trident3", "tomahawk" } ) );
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 1, 1 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 1, 1 ) } );
    rulesOutOfOrder( acl );
-   common( acl, 1 )->dirtyIs( true );
-   helper().commitAcl( acl );
+   acl.common( 1 )->dirtyIs( true );
+   helper().commitAcl( acl.data() );
    for ( const U32 e : entriesInRuleOrder( acl, 0 ) ) {
       EXPECT_TRUE( installed( 0, e ) );
    }
    for ( const U32 e : entriesInRuleOrder( acl, 1 ) ) {
       EXPECT_FALSE( installed( 1, e ) );
    }
-   EXPECT_TRUE( common( acl, 0 )->installed() );
-   EXPECT_FALSE( common( acl, 1 )->installed() );
+   EXPECT_TRUE( acl.common( 0 )->installed() );
+   EXPECT_FALSE( acl.common( 1 )->installed() );
 }
 
 TEST_F( CommitTest, UnderSimulationNothingIsInstalledYetTheBookkeepingCompletes ) {
    clean_.simulationVmidIs( "1" );
    build();
    ASSERT_FALSE( helper().installEntries() );
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
    rulesOutOfOrder( acl );
-   common( acl, 0 )->aclRule( 0 )->lastReadValueIs( 7 );
+   acl.common( 0 )->aclRule( 0 )->lastReadValueIs( 7 );
    HalyardTest::FpCmdCapture fp;
-   helper().commitAcl( acl );
+   helper().commitAcl( acl.data() );
    EXPECT_TRUE( HalyardTest::linesStartingWith( fp.lines(), "fp entry install" ).empty() );
    for ( const U32 e : entriesInRuleOrder( acl, 0 ) ) {
       EXPECT_FALSE( installed( 0, e ) );
    }
-   EXPECT_TRUE( common( acl, 0 )->installed() );
-   EXPECT_EQ( common( acl, 0 )->aclRule( 0 )->lastReadValue(), 0u );
+   EXPECT_TRUE( acl.common( 0 )->installed() );
+   EXPECT_EQ( acl.common( 0 )->aclRule( 0 )->lastReadValue(), 0u );
 }
 
 TEST_F( CommitTest, AnAclWithoutRecordsCommitsNothing ) {

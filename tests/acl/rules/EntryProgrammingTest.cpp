@@ -84,7 +84,7 @@ class EntryProgrammingTest : public MacAclFixture, public ::testing::WithParamIn
              ->freeIntfClassDelAll();
       }
       acl_ = macAcl( "m", ingress_ ? Acl::in_ : Acl::out_, { intfOf( 0, 1 ), intfOf( 0, 2 ) } );
-      precreate( acl_ );
+      acl_->precreated();
    }
 
    std::string ports12() {
@@ -100,7 +100,7 @@ class EntryProgrammingTest : public MacAclFixture, public ::testing::WithParamIn
    std::vector<std::string> scopeCalls();
 
    bool ingress_ = true;
-   Fennel::AclData::Ptr acl_;
+   std::optional<HalyardTest::DrivenAcl> acl_;
 };
 
 std::vector<std::string> EntryProgrammingTest::scopeFpLines( U32 e, U32 port ) {
@@ -184,10 +184,10 @@ TEST_P( EntryProgrammingTest, OneRuleWritesScopeActionsThenMatchInOrder ) {
    HalyardTest::FpCmdCapture fp;
    Vesper::TraceCapture sdk( "Halyard::Acl*" );
    const Acl::RuleConfig rule = HalyardTest::macRule( denyRule() );
-   ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl_, 0 ),
+   ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl_->data(), 0 ),
               Fennel::aclCreateSuccess );
 
-   const std::vector<U32> entries = ruleEntries( acl_, unit, 0 );
+   const std::vector<U32> entries = acl_->ruleEntries( unit, 0 );
    const bool perPort = GetParam() == Stage::EfpPerPort;
    ASSERT_EQ( entries.size(), perPort ? 2u : 1u ) << "one entry per port without a class";
    // Scope and actions of every entry come first, then the match of each.
@@ -225,10 +225,10 @@ TEST_P( EntryProgrammingTest, OneRuleWritesScopeActionsThenMatchInOrder ) {
 
 TEST_P( EntryProgrammingTest, TheChipHoldsWhatTheLinesSayAndCommitInstallsIt ) {
    const Acl::RuleConfig rule = HalyardTest::macRule( denyRule() );
-   ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl_, 0 ),
+   ASSERT_EQ( helper().createMacAclRule( rule, rule.uniqueId(), acl_->data(), 0 ),
               Fennel::aclCreateSuccess );
    Sim::ChipModel& chip = sw().chip( unit );
-   for ( const U32 e : ruleEntries( acl_, unit, 0 ) ) {
+   for ( const U32 e : acl_->ruleEntries( unit, 0 ) ) {
       SCOPED_TRACE( HalyardTest::entryText( chip, e ) );
       EXPECT_EQ( HalyardTest::numericQual( chip, e, QualId::EtherType ),
                  ( HalyardTest::NumericQual{ 0x0800, 0xFFFF } ) );
@@ -236,14 +236,14 @@ TEST_P( EntryProgrammingTest, TheChipHoldsWhatTheLinesSayAndCommitInstallsIt ) {
       const auto manager = sw().groupManager()->tcamEntryMgr( e );
       EXPECT_EQ( chip.entryPriority( e ), manager->groupPriority() )
           << "every entry stands at its group's priority";
-      EXPECT_EQ( common( acl_, unit )->aclRule( 0 )->entryFromVfp( e ), GetParam() == Stage::Vfp );
+      EXPECT_EQ( acl_->common( unit )->aclRule( 0 )->entryFromVfp( e ), GetParam() == Stage::Vfp );
    }
    helper().prepareToCommit();
-   helper().commitAcl( acl_ );
-   for ( const U32 e : ruleEntries( acl_, unit, 0 ) ) {
+   helper().commitAcl( acl_->data() );
+   for ( const U32 e : acl_->ruleEntries( unit, 0 ) ) {
       EXPECT_TRUE( chip.entryInstalled( e ).value() );
    }
-   EXPECT_TRUE( common( acl_, unit )->installed() );
+   EXPECT_TRUE( acl_->common( unit )->installed() );
 }
 
 INSTANTIATE_TEST_SUITE_P( Stages, EntryProgrammingTest,

@@ -1,5 +1,5 @@
-// The fixture of the rule tests: a brought-up switch (tests/support), MAC ACLs bound to ports,
-// and the pass over an ACL as the generic layer makes it.
+// The fixture of the rule tests: a brought-up switch and MAC ACLs bound to its ports, driven with
+// the shared HalyardTest::DrivenAcl; the first match of MAC rules that the tests expect.
 //
 // Layout unless a test builds its own: units of the given kinds, module u + 1, front-panel ports
 // Ethernet(100 u + p) on ports 1 .. 4.
@@ -20,12 +20,14 @@
 #include "sim/chip/Packet.h"
 #include "tests/support/AclRecords.h"
 #include "tests/support/AgentSwitch.h"
+#include "tests/support/DrivenAcl.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/SwitchLayout.h"
 
 namespace AclRulesTest {
 
 using HalyardTest::intfOf;
+using HalyardTest::macPacket;
 using HalyardTest::MacRuleSpec;
 
 // A layout of the given kinds, or one Trident3-class unit.
@@ -35,9 +37,6 @@ HalyardTest::SwitchLayout layoutOf( std::vector<std::string> kinds = { "trident3
 HalyardTest::AgentOptions groupsSized( std::string_view kind,
                                        const std::vector<Halyard::TcamGroupAssignment>& assignments,
                                        U32 capacity );
-
-// A packet of the EtherType between the two addresses.
-Sim::Packet macPacket( const Pylon::EthAddr& src, const Pylon::EthAddr& dst, U16 etherType );
 
 // The rules of the specs, each with an id of its own.
 std::vector<Acl::RuleConfig> rulesOf( const std::vector<MacRuleSpec>& specs );
@@ -54,29 +53,9 @@ class MacAclFixture : public ::testing::Test {
    HalyardTest::AgentSwitch& sw() { return *sw_; }
    Halyard::AclHelper& helper() { return *sw_->helper(); }
 
-   // A MAC port ACL of the direction, bound to the interfaces.
-   Fennel::AclData::Ptr macAcl( const std::string& name, Acl::AclDirection direction,
-                                const std::vector<Pylon::IntfId>& intfs );
-   Halyard::AclUnitData::Ptr unitData( const Fennel::AclData::Ptr& acl, U32 unit );
-   Halyard::AclCommonUnitData::Ptr common( const Fennel::AclData::Ptr& acl, U32 unit );
-
-   void precreate( const Fennel::AclData::Ptr& acl ) { helper().precreateAcl( acl, nullptr ); }
-   // The rules in rule order, numbered from 0, then the closing rule; the last failure of a
-   // rule, as the generic layer sees it. A rule keeps its id from pass to pass, as in the
-   // configuration.
-   Fennel::AclCreateError rulesCreated( const Fennel::AclData::Ptr& acl,
-                                        const std::vector<Acl::RuleConfig>& rules );
-   // A whole pass: precreate, rules, prepareToCommit, commit.
-   Fennel::AclCreateError applied( const Fennel::AclData::Ptr& acl,
-                                   const std::vector<Acl::RuleConfig>& rules );
-
-   // The entries of rule `ruleNum` of the ACL on the unit.
-   std::vector<U32> ruleEntries( const Fennel::AclData::Ptr& acl, U32 unit, U32 ruleNum );
-
-   // The rule of the ACL on the unit whose entry a group hit in `v` (for `egressPort` in EFP);
-   // nullopt when no entry of the ACL was hit.
-   std::optional<U32> ruleHit( const Fennel::AclData::Ptr& acl, U32 unit, const Sim::Verdict& v,
-                               std::optional<U32> egressPort = std::nullopt );
+   // A MAC port ACL of the direction, bound to the interfaces in the records; not pre-created.
+   HalyardTest::DrivenAcl macAcl( const std::string& name, Acl::AclDirection direction,
+                                  const std::vector<Pylon::IntfId>& intfs );
 
    Vesper::ActivityLockGuard activity_;
    HalyardTest::CleanProcessState clean_;

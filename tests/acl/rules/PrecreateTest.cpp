@@ -16,12 +16,10 @@ class PrecreateTest : public MacAclFixture {
  protected:
    PrecreateTest() { build( layoutOf( { "trident3", "tomahawk" } ) ); }
 
-   Fennel::AclData::Ptr aclOf( const std::string& name, Acl::AclType type, Acl::AclDirection dir,
-                               const std::vector<Pylon::IntfId>& intfs, bool standard = false ) {
-      const Fennel::AclData::Ptr acl = HalyardTest::aclDataOf( name, type, dir, 0, standard );
-      for ( const Pylon::IntfId intf : intfs ) {
-         HalyardTest::bindPort( sw().helper(), acl, intf );
-      }
+   HalyardTest::DrivenAcl aclOf( const std::string& name, Acl::AclType type, Acl::AclDirection dir,
+                                 const std::vector<Pylon::IntfId>& intfs, bool standard = false ) {
+      HalyardTest::DrivenAcl acl( sw(), name, type, dir, standard );
+      acl.portsBound( intfs );
       return acl;
    }
    std::optional<Acl::AclType> claim( U32 port ) {
@@ -33,11 +31,11 @@ class PrecreateTest : public MacAclFixture {
 };
 
 TEST_F( PrecreateTest, IngressPortAclTakesVfpAndAClassAndKeepsThemAcrossPasses ) {
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 0, 2 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 0, 2 ) } );
    const size_t pool = ingressPool();
-   EXPECT_EQ( helper().precreateAcl( acl, nullptr ), Fennel::aclCreateSuccess );
+   EXPECT_EQ( helper().precreateAcl( acl.data(), nullptr ), Fennel::aclCreateSuccess );
 
-   const AclUnitData::Ptr u = unitData( acl, unit );
+   const AclUnitData::Ptr u = acl.unitData( unit );
    EXPECT_TRUE( u->common()->canUseVfp() );
    EXPECT_EQ( u->intfClass(), 255 ) << "the pool gives its top, 255, first";
    EXPECT_EQ( ingressPool(), pool - 1 );
@@ -48,12 +46,12 @@ TEST_F( PrecreateTest, IngressPortAclTakesVfpAndAClassAndKeepsThemAcrossPasses )
    EXPECT_EQ( HalyardTest::ingressClass( sw().chip( unit ), 3 ), 0u );
    // A bound port anywhere counts for every unit of the ACL: unit 1 plans VFP too, with a
    // class of its own pool, and has no port to claim.
-   EXPECT_TRUE( unitData( acl, 1 )->common()->canUseVfp() );
+   EXPECT_TRUE( acl.unitData( 1 )->common()->canUseVfp() );
    EXPECT_TRUE( helper().vfpAclTypeForUnit( 1 )->vfpAclTypeForPort().empty() );
 
    u->common()->dirtyIs( true );
    const U64 writes = classWrites();
-   helper().precreateAcl( acl, nullptr );
+   helper().precreateAcl( acl.data(), nullptr );
    EXPECT_FALSE( u->common()->dirty() ) << "a pass starts clean";
    EXPECT_EQ( u->intfClass(), 255 ) << "the class is kept";
    EXPECT_EQ( ingressPool(), pool - 1 ) << "no pop, no push";
@@ -61,16 +59,16 @@ TEST_F( PrecreateTest, IngressPortAclTakesVfpAndAClassAndKeepsThemAcrossPasses )
 }
 
 TEST_F( PrecreateTest, ASecondTypeOnAClaimedPortIsInConflictAndGivesItsClassBack ) {
-   const auto mac = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
-   precreate( mac );
-   const auto ip = aclOf( "i", Acl::ip_, Acl::in_, { intfOf( 0, 3 ) } );
-   precreate( ip );
-   ASSERT_EQ( unitData( ip, unit )->intfClass(), 254 ) << "alone on its port it has VFP";
+   auto mac = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
+   mac.precreated();
+   auto ip = aclOf( "i", Acl::ip_, Acl::in_, { intfOf( 0, 3 ) } );
+   ip.precreated();
+   ASSERT_EQ( ip.unitData( unit )->intfClass(), 254 ) << "alone on its port it has VFP";
    EXPECT_EQ( claim( 3 ), Acl::ip_ );
 
-   HalyardTest::bindPort( sw().helper(), ip, intfOf( 0, 1 ) );
-   precreate( ip );
-   const AclUnitData::Ptr u = unitData( ip, unit );
+   ip.portsBound( { intfOf( 0, 1 ) } );
+   ip.precreated();
+   const AclUnitData::Ptr u = ip.unitData( unit );
    EXPECT_TRUE( u->vfpPortConflict() );
    EXPECT_FALSE( u->common()->canUseVfp() );
    EXPECT_FALSE( u->intfClassValid() );
@@ -79,25 +77,25 @@ TEST_F( PrecreateTest, ASecondTypeOnAClaimedPortIsInConflictAndGivesItsClassBack
    EXPECT_EQ( claim( 1 ), Acl::mac_ ) << "the first type keeps the port";
    EXPECT_FALSE( claim( 3 ) ) << "the ACL took its own claim back";
    EXPECT_EQ( HalyardTest::ingressClass( sw().chip( unit ), 3 ), 0u );
-   EXPECT_TRUE( unitData( mac, unit )->common()->canUseVfp() );
+   EXPECT_TRUE( mac.unitData( unit )->common()->canUseVfp() );
 }
 
 TEST_F( PrecreateTest, TwoAclsOfOneTypeShareAPortEachWithItsClass ) {
-   const auto first = macAcl( "m1", Acl::in_, { intfOf( 0, 1 ) } );
-   const auto second = macAcl( "m2", Acl::in_, { intfOf( 0, 1 ) } );
-   precreate( first );
-   precreate( second );
-   EXPECT_FALSE( unitData( second, unit )->vfpPortConflict() );
-   EXPECT_TRUE( unitData( second, unit )->common()->canUseVfp() );
-   EXPECT_EQ( unitData( first, unit )->intfClass(), 255 );
-   EXPECT_EQ( unitData( second, unit )->intfClass(), 254 );
+   auto first = macAcl( "m1", Acl::in_, { intfOf( 0, 1 ) } );
+   auto second = macAcl( "m2", Acl::in_, { intfOf( 0, 1 ) } );
+   first.precreated();
+   second.precreated();
+   EXPECT_FALSE( second.unitData( unit )->vfpPortConflict() );
+   EXPECT_TRUE( second.unitData( unit )->common()->canUseVfp() );
+   EXPECT_EQ( first.unitData( unit )->intfClass(), 255 );
+   EXPECT_EQ( second.unitData( unit )->intfClass(), 254 );
 }
 
 TEST_F( PrecreateTest, AnEmptyPoolTurnsVfpOffWithoutConflict ) {
    helper().halyardIntfClassData( unit )->freeAclIntfClassDelAll();
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
-   precreate( acl );
-   const AclUnitData::Ptr u = unitData( acl, unit );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
+   acl.precreated();
+   const AclUnitData::Ptr u = acl.unitData( unit );
    EXPECT_FALSE( u->common()->canUseVfp() );
    EXPECT_FALSE( u->vfpPortConflict() );
    EXPECT_FALSE( u->intfClassValid() );
@@ -105,9 +103,9 @@ TEST_F( PrecreateTest, AnEmptyPoolTurnsVfpOffWithoutConflict ) {
 }
 
 TEST_F( PrecreateTest, EgressAclTakesAClassOfItsTypesFieldAndNeverVfp ) {
-   const auto acl = macAcl( "m", Acl::out_, { intfOf( 0, 2 ) } );
-   precreate( acl );
-   const AclUnitData::Ptr u = unitData( acl, unit );
+   auto acl = macAcl( "m", Acl::out_, { intfOf( 0, 2 ) } );
+   acl.precreated();
+   const AclUnitData::Ptr u = acl.unitData( unit );
    EXPECT_EQ( u->intfClass(), 48 ) << "the MAC field of the egress class is 0x30";
    EXPECT_FALSE( u->common()->canUseVfp() );
    EXPECT_FALSE( claim( 2 ) );
@@ -119,7 +117,7 @@ TEST_F( PrecreateTest, VlanAclLivesOnEveryUnitWithoutVfpOrClass ) {
    const auto acl = HalyardTest::aclDataOf( "v", Acl::ip_, Acl::in_, 10 );
    EXPECT_EQ( helper().precreateAcl( acl, nullptr ), Fennel::aclCreateSuccess );
    for ( const U32 u : sw().units() ) {
-      const AclUnitData::Ptr data = unitData( acl, u );
+      const AclUnitData::Ptr data = helper().halyardAclData( acl->key() )->unitData( u );
       ASSERT_TRUE( data && data->common() ) << "unit " << u;
       EXPECT_FALSE( data->common()->canUseVfp() );
       EXPECT_FALSE( data->intfClassValid() );
@@ -127,19 +125,19 @@ TEST_F( PrecreateTest, VlanAclLivesOnEveryUnitWithoutVfpOrClass ) {
 }
 
 TEST_F( PrecreateTest, PortAclWithoutBindingHasNoUnitData ) {
-   const auto acl = HalyardTest::aclDataOf( "m", Acl::mac_, Acl::in_ );
-   EXPECT_EQ( helper().precreateAcl( acl, nullptr ), Fennel::aclCreateSuccess );
-   ASSERT_TRUE( helper().halyardAclData( acl->key() ) );
-   EXPECT_TRUE( helper().halyardAclData( acl->key() )->unitData().empty() );
+   auto acl = macAcl( "m", Acl::in_, {} );
+   EXPECT_EQ( acl.precreated(), Fennel::aclCreateSuccess );
+   ASSERT_TRUE( acl.records() );
+   EXPECT_TRUE( acl.records()->unitData().empty() );
 }
 
 TEST_F( PrecreateTest, StandardEntriesWhereTheTypeHasStandardManagers ) {
-   const auto ip6 = aclOf( "s6", Acl::ipv6_, Acl::in_, { intfOf( 0, 1 ) }, true );
-   const auto mac = aclOf( "sm", Acl::mac_, Acl::out_, { intfOf( 0, 1 ) }, true );
-   precreate( ip6 );
-   precreate( mac );
-   EXPECT_TRUE( unitData( ip6, unit )->common()->canUseStd() );
-   EXPECT_FALSE( unitData( mac, unit )->common()->canUseStd() ) << "MAC has no standard key";
+   auto ip6 = aclOf( "s6", Acl::ipv6_, Acl::in_, { intfOf( 0, 1 ) }, true );
+   auto mac = aclOf( "sm", Acl::mac_, Acl::out_, { intfOf( 0, 1 ) }, true );
+   ip6.precreated();
+   mac.precreated();
+   EXPECT_TRUE( ip6.unitData( unit )->common()->canUseStd() );
+   EXPECT_FALSE( mac.unitData( unit )->common()->canUseStd() ) << "MAC has no standard key";
 }
 
 }  // namespace

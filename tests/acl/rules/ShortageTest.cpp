@@ -38,7 +38,7 @@ class ShortageTest : public MacAclFixture {
  protected:
    // Pushes one packet from each host of the rules, and one from a host none names, in on
    // `in` and out by `out`, and checks verdict and hit rule of the ACL on the unit.
-   void packetsAgree( const Fennel::AclData::Ptr& acl, U32 unit, const std::string& in,
+   void packetsAgree( const HalyardTest::DrivenAcl& acl, U32 unit, const std::string& in,
                       const std::string& out, const std::vector<MacRuleSpec>& rules ) {
       for ( U32 i = 0; i <= rules.size(); ++i ) {
          const Sim::Packet p = macPacket( host( U8( i + 1 ) ), kDst, 0x0800 );
@@ -47,57 +47,57 @@ class ShortageTest : public MacAclFixture {
          const Sim::SwitchVerdict v = sw().sim().inject( in, p, out );
          SCOPED_TRACE( "host " + std::to_string( i + 1 ) + ": " + v.text() );
          EXPECT_EQ( v.forwarded(), permit );
-         EXPECT_EQ( ruleHit( acl, unit, v.ingress ), U32( match.value_or( rules.size() ) ) );
+         EXPECT_EQ( acl.ruleHitIn( unit, v.ingress ), U32( match.value_or( rules.size() ) ) );
       }
    }
 };
 
 TEST_F( ShortageTest, ASmallVfpGroupKeepsTheFirstRulesAndSendsTheRestToIfp ) {
    build( layoutOf(), groupsSized( "trident3", { tcamGroupMacAclVfp }, 2 ) );
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ) } );
    const std::vector<MacRuleSpec> rules = rulesByHost( 5 );
    const std::vector<Acl::RuleConfig> configs = rulesOf( rules );
-   ASSERT_EQ( applied( acl, configs ), Fennel::aclCreateSuccess );
+   ASSERT_EQ( acl.firstPass( configs ), Fennel::aclCreateSuccess );
 
    Sim::ChipModel& chip = sw().chip( 0 );
    for ( U32 ruleNum = 0; ruleNum < 5; ++ruleNum ) {
-      const U32 e = ruleEntries( acl, 0, ruleNum ).at( 0 );
+      const U32 e = acl.ruleEntries( 0, ruleNum ).at( 0 );
       EXPECT_EQ( HalyardTest::groupOf( chip, e ),
                  ruleNum < 2 ? tcamGroupMacAclVfp : tcamGroupMacAcl )
           << "rule " << ruleNum;
    }
-   EXPECT_FALSE( common( acl, 0 )->canUseVfp() ) << "from the first dry VFP on";
-   EXPECT_EQ( unitData( acl, 0 )->intfClass(), 255 ) << "the VFP rules still use the class";
+   EXPECT_FALSE( acl.common( 0 )->canUseVfp() ) << "from the first dry VFP on";
+   EXPECT_EQ( acl.unitData( 0 )->intfClass(), 255 ) << "the VFP rules still use the class";
    EXPECT_EQ( helper().vfpAclTypeForUnit( 0 )->vfpAclTypeForPort( "Ethernet1" ), Acl::mac_ );
    packetsAgree( acl, 0, "Ethernet1", "Ethernet2", rules );
 
    // Enabling and disabling never touches a VFP entry: it has no port bitmap to protect.
-   const auto rule0 = common( acl, 0 )->aclRule( 0 );
-   const auto rule2 = common( acl, 0 )->aclRule( 2 );
+   const auto rule0 = acl.common( 0 )->aclRule( 0 );
+   const auto rule2 = acl.common( 0 )->aclRule( 2 );
    helper().enableAclEntriesIs( rule0, 0, false );
    helper().enableAclEntriesIs( rule2, 0, false );
-   EXPECT_TRUE( chip.entryEnabled( ruleEntries( acl, 0, 0 ).at( 0 ) ).value() );
-   EXPECT_FALSE( chip.entryEnabled( ruleEntries( acl, 0, 2 ).at( 0 ) ).value() );
+   EXPECT_TRUE( chip.entryEnabled( acl.ruleEntries( 0, 0 ).at( 0 ) ).value() );
+   EXPECT_FALSE( chip.entryEnabled( acl.ruleEntries( 0, 2 ).at( 0 ) ).value() );
    helper().enableAclEntriesIs( rule2, 0, true );
-   EXPECT_TRUE( chip.entryEnabled( ruleEntries( acl, 0, 2 ).at( 0 ) ).value() );
+   EXPECT_TRUE( chip.entryEnabled( acl.ruleEntries( 0, 2 ).at( 0 ) ).value() );
 }
 
 TEST_F( ShortageTest, VfpDryAtTheFirstRuleGivesTheClassAndThePortClaimsBack ) {
    build( layoutOf(), groupsSized( "trident3", { tcamGroupMacAclVfp }, 0 ) );
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 0, 2 ) } );
-   precreate( acl );
-   ASSERT_EQ( unitData( acl, 0 )->intfClass(), 255 );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 0, 2 ) } );
+   acl.precreated();
+   ASSERT_EQ( acl.unitData( 0 )->intfClass(), 255 );
    const std::vector<MacRuleSpec> rules = rulesByHost( 3 );
    const std::vector<Acl::RuleConfig> configs = rulesOf( rules );
-   ASSERT_EQ( rulesCreated( acl, configs ), Fennel::aclCreateSuccess );
+   ASSERT_EQ( acl.rulesCreated( configs ), Fennel::aclCreateSuccess );
 
-   EXPECT_FALSE( unitData( acl, 0 )->intfClassValid() );
+   EXPECT_FALSE( acl.unitData( 0 )->intfClassValid() );
    EXPECT_EQ( helper().halyardIntfClassData( 0 )->freeAclIntfClass().stack().size(), 255u );
    EXPECT_TRUE( helper().vfpAclTypeForUnit( 0 )->vfpAclTypeForPort().empty() );
    EXPECT_EQ( HalyardTest::ingressClass( sw().chip( 0 ), 1 ), 0u );
    EXPECT_TRUE( HalyardTest::groupEntries( sw().chip( 0 ), tcamGroupMacAclVfp ).empty() );
    helper().prepareToCommit();
-   helper().commitAcl( acl );
+   helper().commitAcl( acl.data() );
    packetsAgree( acl, 0, "Ethernet2", "Ethernet1", rules );
 }
 
@@ -110,23 +110,23 @@ TEST_F( ShortageTest, AGroupTooSmallLeavesItsUnitDirtyAndUninstalledWhileTheOthe
    while ( manager->entriesAvailable( 1 ) > 1 ) {
       filler.push_back( manager->getEntry( 1, "filler" ) );
    }
-   const auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 1, 1 ) } );
+   auto acl = macAcl( "m", Acl::in_, { intfOf( 0, 1 ), intfOf( 1, 1 ) } );
    const std::vector<MacRuleSpec> rules = rulesByHost( 3 );
    const std::vector<Acl::RuleConfig> configs = rulesOf( rules );
-   EXPECT_EQ( applied( acl, configs ), Fennel::aclCreateNoEntries );
+   EXPECT_EQ( acl.firstPass( configs ), Fennel::aclCreateNoEntries );
 
    const Vesper::Name chip1 = sw().sim().hcsd()->halyardModId( 1 ).chipName();
-   EXPECT_TRUE( common( acl, 1 )->dirty() );
+   EXPECT_TRUE( acl.common( 1 )->dirty() );
    EXPECT_TRUE( helper().unitDirty( 1 ) );
    EXPECT_TRUE( helper().dirty() );
    EXPECT_EQ( helper().unitError( chip1 ), Fennel::aclCreateNoEntries );
    EXPECT_TRUE( helper().publishUnitError( chip1 ) );
-   EXPECT_FALSE( common( acl, 0 )->dirty() );
+   EXPECT_FALSE( acl.common( 0 )->dirty() );
    EXPECT_FALSE( helper().unitDirty( 0 ) );
-   EXPECT_TRUE( common( acl, 0 )->installed() );
-   EXPECT_FALSE( common( acl, 1 )->installed() );
-   EXPECT_TRUE( ruleEntries( acl, 1, 1 ).empty() ) << "the rule that did not fit has none";
-   for ( const U32 e : ruleEntries( acl, 1, 0 ) ) {
+   EXPECT_TRUE( acl.common( 0 )->installed() );
+   EXPECT_FALSE( acl.common( 1 )->installed() );
+   EXPECT_TRUE( acl.ruleEntries( 1, 1 ).empty() ) << "the rule that did not fit has none";
+   for ( const U32 e : acl.ruleEntries( 1, 0 ) ) {
       EXPECT_FALSE( sw().chip( 1 ).entryInstalled( e ).value() ) << "nothing of it is installed";
    }
    packetsAgree( acl, 0, "Ethernet1", "Ethernet2", rules );
@@ -136,10 +136,10 @@ TEST_F( ShortageTest, AGroupTooSmallLeavesItsUnitDirtyAndUninstalledWhileTheOthe
       manager->releaseEntry( 1, e );
    }
    const U32 inUse0 = manager->entriesInUse( 0 );
-   EXPECT_EQ( applied( acl, configs ), Fennel::aclCreateSuccess );
+   EXPECT_EQ( acl.firstPass( configs ), Fennel::aclCreateSuccess );
    EXPECT_EQ( manager->entriesInUse( 0 ), inUse0 ) << "earlier versions were given back";
-   EXPECT_FALSE( common( acl, 1 )->dirty() );
-   EXPECT_TRUE( common( acl, 1 )->installed() );
+   EXPECT_FALSE( acl.common( 1 )->dirty() );
+   EXPECT_TRUE( acl.common( 1 )->installed() );
    packetsAgree( acl, 1, "Ethernet101", "Ethernet102", rules );
 }
 
