@@ -2,6 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+
+#include "platform/vesper/ActivityLock.h"
 
 namespace Sim {
 
@@ -29,6 +32,12 @@ void CallLog::clear() {
 }
 
 void CallLog::replay( const ReplayTarget& target ) const {
+   // The back-end gives the activity lock up around each SDK call; the replay gives it up
+   // once for all of them, so that the simulated SDK's probe finds no call made under it.
+   std::optional<Vesper::UnlockAnchor> unlocked;
+   if ( Vesper::ActivityUnlockAnchor::lock().held() ) {
+      unlocked.emplace( Vesper::ActivityUnlockAnchor::lock() );
+   }
    CallReader in( *this, target );
    while ( !in.done() ) {
       const ReplayFn fn = in.read<ReplayFn>();

@@ -104,7 +104,8 @@ class CallLog {
    const std::vector<RecordedManager>& managers() const { return managers_; }
    void clear();
 
-   // Runs every call on the target, in order (invariant 3).
+   // Runs every call on the target, in order (invariant 3), with the activity lock given up
+   // for the whole run where the caller holds it.
    void replay( const ReplayTarget& target ) const;
 
    // ---- Writing, for the recording decorators.
