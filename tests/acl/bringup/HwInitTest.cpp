@@ -307,56 +307,6 @@ TEST_F( HwInitTest, WithoutThePlatformAttributeOnlyPortZeroIsSet ) {
 
 // ---- Managers and state machines.
 
-TEST_F( HwInitTest, EveryManagerIsTakenByItsAssignment ) {
-   BringupSwitch sw( SwitchLayout{ { "trident3" } } );
-   sw.hwInit();
-   const AclHelper& h = *sw.helper();
-   using namespace Halyard;
-   const std::pair<const HalyardUnboundedTcamEntryManager::Ptr&, TcamGroupAssignment> unbounded[] =
-       { { h.macAclEntryManager(), tcamGroupMacAcl },
-         { h.ipAclEntryManager(), tcamGroupIpAcl },
-         { h.macAclVfpEntryManager(), tcamGroupMacAclVfp },
-         { h.ipAclVniEntryManager(), tcamGroupIpAclVni },
-         { h.ipAclVfpEntryManager(), tcamGroupIpAclVfp },
-         { h.routerAclEntryManager(), tcamGroupRouterAcl },
-         { h.ip6AclEntryManager(), tcamGroupIp6Acl },
-         { h.ip6AclVniEntryManager(), tcamGroupIp6AclVni },
-         { h.ip6RouterAclEntryManager(), tcamGroupIp6RouterAcl },
-         { h.ip6AclVfpEntryManager(), tcamGroupIp6AclVfp },
-         { h.ip6StdAclEntryManager(), tcamGroupIp6StdAcl },
-         { h.ip6AclEgressEntryManager(), tcamGroupIp6AclEgress },
-         { h.ip6StdAclPortEgressEntryManager(), tcamGroupIp6StdAclPortEgress },
-         { h.ip6StdAclRouterEgressEntryManager(), tcamGroupIp6StdAclRouterEgress },
-         { h.ip6RouterAclEgressEntryManager(), tcamGroupIp6RouterAclEgress },
-         { h.ip6StdAclVfpEntryManager(), tcamGroupIp6StdAclVfp },
-         { h.macAclEgressEntryManager(), tcamGroupMacAclEgress },
-         { h.ipAclEgressEntryManager(), tcamGroupIpAclEgress },
-         { h.routerAclEgressEntryManager(), tcamGroupRouterAclEgress },
-         { h.mirroringAclGroup1EntryManager(), tcamGroupMirroringAcl1 },
-         { h.mirroringAclGroup2EntryManager(), tcamGroupMirroringAcl2 },
-         { h.mirroringAclGroup3EntryManager(), tcamGroupMirroringAcl3 },
-         { h.mirroringAclGroup4EntryManager(), tcamGroupMirroringAcl4 },
-         { h.urpfTHxV4ExceptionAclGroupEntryManager(), tcamGroupUrpfTHxV4ExceptionAcl },
-         { h.urpfTHxV4V6ExceptionAclGroupEntryManager(), tcamGroupUrpfTHxV4V6ExceptionAcl } };
-   for ( const auto& [manager, assignment] : unbounded ) {
-      ASSERT_TRUE( manager ) << assignment;
-      EXPECT_EQ( manager, sw.manager( assignment ) ) << assignment;
-   }
-   EXPECT_EQ( h.aclMgmtEntryMgr(), sw.groupManager()->entryManager( tcamGroupAclMgmt ) );
-   EXPECT_EQ( h.aclPortBlockingEntryMgr(),
-              sw.groupManager()->entryManager( tcamGroupAclPortBlocking ) );
-   EXPECT_TRUE( h.aclMgmtEntryMgr() );
-   const std::pair<HalyardAclFeature, TcamGroupAssignment> mirroring[] = {
-       { aclFeatureMirroring1, tcamGroupMirroringAcl1 },
-       { aclFeatureMirroring2, tcamGroupMirroringAcl2 },
-       { aclFeatureMirroring3, tcamGroupMirroringAcl3 },
-       { aclFeatureMirroring4, tcamGroupMirroringAcl4 } };
-   for ( const auto& [feature, assignment] : mirroring ) {
-      EXPECT_EQ( h.mirroringAclEntryManager( feature ), sw.manager( assignment ) ) << feature;
-   }
-   EXPECT_EQ( h.mirroringAclEntryManager().size(), 4u );
-}
-
 TEST_F( HwInitTest, BuildsTheSixSecurityStateMachinesWithTheirManagers ) {
    BringupSwitch sw( SwitchLayout{ { "tomahawk3" } } );
    sw.hwInit();
@@ -419,23 +369,6 @@ TEST_F( HwInitTest, TracesTheStepsInOrder ) {
 }
 
 // ---- Bring-up never stops half-way and goes on.
-
-// The SDK calls of bring-up also go to the in-memory ring, whatever the trace levels.
-TEST_F( HwInitTest, TheSdkCallsOfBringupGoToTheRing ) {
-   BringupSwitch sw( SwitchLayout{ { "trident2" } } );
-   Vesper::Spindle::instance().clear();
-   sw.hwInit();
-   const std::vector<std::string> ring = Vesper::Spindle::instance().lines();
-   const auto inRing = [&ring]( const std::string& expr ) {
-      return std::any_of( ring.begin(), ring.end(), [&expr]( const std::string& line ) {
-         return line.find( " " + expr + " (rc:0)" ) != std::string::npos;
-      } );
-   };
-   EXPECT_TRUE(
-       inRing( "bcm_field_qualify_DstClassL2( unitIter.key(), entry, 0, classSkipAcls_ )" ) );
-   EXPECT_TRUE(
-       inRing( "bcm_port_control_set( unitIter.key(), 0, bcmPortControlFilterEgress, 0 )" ) );
-}
 
 class HwInitDeathTest : public HwInitTest {};
 

@@ -129,16 +129,6 @@ TEST_P( MgmtEntriesTest, WithMirrorOnDropOffOnlyTheStpEntriesLoseTheirLogClassTe
    EXPECT_EQ( dropped, expectedMissing );
 }
 
-TEST_P( MgmtEntriesTest, TheToggleIsReadOncePerProcess ) {
-   // Bring-up reads the toggle once; a change afterwards reaches no later bring-up.
-   bringUp();
-   Halyard::toggleStateIs( Halyard::mirrorOnDropToggle, false );
-   BringupSwitch second( SwitchLayout{ { GetParam() } } );
-   second.hwInit();
-   EXPECT_TRUE( second.chip( unit ).qualifier( second.mgmtEntry( Halyard::aclMgmtTcamStpBlock ),
-                                               Sim::QualId::SrcClassField ) );
-}
-
 TEST_P( MgmtEntriesTest, PortMasksAreTheUnitsFullBitmapAndAnEmptyOne ) {
    bringUp();
    EXPECT_EQ( Halyard::allPortsMask[unit], sw_.sim().sdk().PBMP_ALL( int( unit ) ) );

@@ -47,11 +47,5 @@ TEST_F( ToggleStateTest, TheFirstAnswerStandsForTheProcess ) {
    EXPECT_TRUE( Halyard::toggleStateOnce( toggle, false ) );
 }
 
-TEST_F( ToggleStateTest, TheDefaultIsKeptToo ) {
-   EXPECT_TRUE( Halyard::toggleStateOnce( toggle, true ) );
-   Halyard::toggleStateIs( toggle, false );
-   EXPECT_TRUE( Halyard::toggleStateOnce( toggle, true ) );
-}
-
 }  // namespace
 }  // namespace AclBringupTest

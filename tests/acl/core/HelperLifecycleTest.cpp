@@ -36,106 +36,6 @@ class HelperLifecycleTest : public ::testing::Test {
                                  HalyardTest::notBroughtUp() };
 };
 
-TEST_F( HelperLifecycleTest, ConstructionMakesPerUnitRecordsAndTheThreeWiredObjects ) {
-   // Chip numbers apart from unit numbers, so that the test tells one from the other.
-   for ( const U32 unit : sw_.units() ) {
-      const HalyardModInfo info = sw_.sim().hcsd()->halyardModId( U16( unit ) );
-      sw_.sim().hcsd()->halyardModIdIs(
-          U16( unit ), HalyardModInfo( U16( unit + chipOffset ), info.modId(), info.chipInfo(),
-                                       info.chipName() ) );
-   }
-   sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipDelAll();
-   sw_.sim().vlanTopoSliceStatus()->blockIs(
-       HalyardVlanTopo::AclModSvi( Pylon::ModId( 0 ), Pylon::VlanId( 10 ) ), true );
-   const AclHelper::Ptr helper = sw_.makeHelper();
-
-   EXPECT_TRUE( helper->initialized() );
-   EXPECT_TRUE( helper->hasNotificationActive() );
-   EXPECT_TRUE( sw_.sim().vlanTopoSliceStatus()->block().empty() )
-       << "blocks of an earlier life are dropped";
-   ASSERT_EQ( helper->vfpAclTypeForUnit().size(), 2u );
-   for ( U32 unit : { 0u, 1u } ) {
-      const VfpAclTypeForPort::Ptr record = helper->vfpAclTypeForUnit( unit );
-      ASSERT_TRUE( record );
-      EXPECT_EQ( record->unit(), unit );
-      EXPECT_EQ( record->name(), std::to_string( unit ) );
-      EXPECT_TRUE( record->hasNotificationActive() );
-      // The VLAN topology record is per chip number, not per unit.
-      EXPECT_TRUE(
-          sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipHas( U16( unit + chipOffset ) ) );
-      EXPECT_FALSE( sw_.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipHas( U16( unit ) ) );
-   }
-   EXPECT_TRUE( helper->halyardIntfClassData().empty() ) << "bring-up fills the class pools";
-   EXPECT_TRUE( helper->halyardAclData().empty() );
-
-   const IngressRaclData::Ptr store = helper->ingressRaclData();
-   ASSERT_TRUE( store );
-   EXPECT_EQ( store->aclHelper(), helper.ptr() );
-   const SharedRaclMgmtSm::Ptr sharing = helper->sharedRaclMgmtSm();
-   ASSERT_TRUE( sharing );
-   EXPECT_TRUE( sharing->hasNotificationActive() );
-   EXPECT_EQ( sharing->aclParamConfig(), sw_.paramConfig() );
-   EXPECT_EQ( sharing->aclHwStatus(), sw_.sim().aclHwStatus() );
-   EXPECT_EQ( sharing->ingressRaclData(), store );
-   EXPECT_EQ( sharing->l3IntfStatus(), sw_.sim().l3IntfStatus() );
-   EXPECT_EQ( sharing->aclHelper(), helper.ptr() );
-   const VlanBlockedSm::Ptr blocked = helper->vlanBlockedSm();
-   ASSERT_TRUE( blocked );
-   EXPECT_TRUE( blocked->hasNotificationActive() );
-   EXPECT_EQ( blocked->hcsd(), sw_.sim().hcsd() );
-   EXPECT_EQ( blocked->aclHelper(), helper.ptr() );
-   EXPECT_EQ( blocked->vlanTopoBlockedStatus(), sw_.sim().vlanTopoBlockedStatus() );
-}
-
-TEST( HelperConstruction, EmptyChipMapGivesNoPerUnitRecordsButTheWiredObjects ) {
-   Vesper::ActivityLockGuard activity;
-   HalyardTest::AgentSwitch sw( HalyardTest::SwitchLayout( { "trident2" } ),
-                                HalyardTest::notBroughtUp() );
-   sw.sim().hcsd()->halyardModIdDelAll();
-   sw.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChipDelAll();
-   const AclHelper::Ptr helper = sw.makeHelper();
-
-   EXPECT_TRUE( helper->vfpAclTypeForUnit().empty() );
-   EXPECT_TRUE( helper->halyardIntfClassData().empty() );
-   EXPECT_TRUE( sw.sim().vlanTopoSliceStatus()->aclVlanClassIdPerChip().empty() );
-   EXPECT_TRUE( helper->ingressRaclData() );
-   EXPECT_TRUE( helper->sharedRaclMgmtSm() );
-   EXPECT_TRUE( helper->vlanBlockedSm() );
-   EXPECT_TRUE( helper->initialized() );
-}
-
-TEST_F( HelperLifecycleTest, KeyedCreatorsReturnTheStandingMember ) {
-   const AclHelper::Ptr helper = sw_.makeHelper();
-   const VfpAclTypeForPort::Ptr vfp = helper->vfpAclTypeForUnit( 0 );
-   EXPECT_EQ( helper->vfpAclTypeForUnitIs( 0 ), vfp );
-   EXPECT_EQ( helper->vfpAclTypeForUnit().size(), 2u );
-
-   const HalyardIntfClassData::Ptr pool = helper->halyardIntfClassDataIs( 1 );
-   pool->freeAclIntfClassPush( 7 );
-   EXPECT_EQ( helper->halyardIntfClassDataIs( 1 ), pool );
-   EXPECT_EQ( pool->freeAclIntfClass().size(), 1u );
-
-   const IngressRaclData::Ptr store = helper->ingressRaclData();
-   EXPECT_EQ( helper->ingressRaclDataIs(), store );
-
-   const SharedRaclMgmtSm::Ptr sharing = helper->sharedRaclMgmtSm();
-   EXPECT_EQ( helper->sharedRaclMgmtSmIs( sw_.paramConfig(), sw_.sim().aclHwStatus(), store,
-                                          sw_.sim().l3IntfStatus() ),
-              sharing );
-   const auto otherStatus = HalyardL3::l3IntfStatusFactory();
-   const SharedRaclMgmtSm::Ptr replaced =
-       helper->sharedRaclMgmtSmIs( sw_.paramConfig(), sw_.sim().aclHwStatus(), store, otherStatus );
-   EXPECT_NE( replaced, sharing );
-   EXPECT_EQ( helper->sharedRaclMgmtSm(), replaced );
-   EXPECT_EQ( replaced->l3IntfStatus(), otherStatus );
-
-   const VlanBlockedSm::Ptr blocked = helper->vlanBlockedSm();
-   EXPECT_EQ(
-       helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), sw_.sim().vlanTopoBlockedStatus() ),
-       blocked );
-   EXPECT_NE( helper->vlanBlockedSmIs( sw_.sim().hcsd(), helper.ptr(), nullptr ), blocked );
-}
-
 TEST_F( HelperLifecycleTest, StateMachineMadeAgainWithOtherManagersNamesTheParameter ) {
    const AclHelper::Ptr helper = sw_.makeHelper();
    HalyardAclTest::makeSecurityStateMachines( *sw_.groupManager(), helper );
@@ -317,14 +217,6 @@ class AclSmEntityTest : public HelperLifecycleTest {
                                       Interface::subIntfStatusDirFactory( "subIntfStatus" ),
                                       Interface::subIntfConfigDirFactory( "subIntfConfig" ) };
 };
-
-TEST_F( AclSmEntityTest, NewEntityHasNoMachineAndNoBackup ) {
-   EXPECT_TRUE( entity_->hasNotificationActive() );
-   EXPECT_FALSE( entity_->aclSm() );
-   EXPECT_FALSE( entity_->hasBackupSupport() );
-   EXPECT_FALSE( entity_->aclSmDel() );
-   EXPECT_EQ( watcher_.calls, 0 ) << "dropping no machine tells nobody";
-}
 
 TEST_F( AclSmEntityTest, SameInputsTwiceKeepTheMachineAndStaySilent ) {
    const Fennel::AclSm::Ptr first = aclSmIs( inputs_ );

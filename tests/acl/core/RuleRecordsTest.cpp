@@ -37,16 +37,6 @@ class RuleRecordsTest : public ::testing::Test {
        aclCommonUnitDataFactory( 0, Acl::ip_, sw_.sim().hcsd(), sw_.groupManager() );
 };
 
-TEST_F( RuleRecordsTest, RuleMadeAgainWithSameValuesIsTheSameRecord ) {
-   const AclRuleData::Ptr rule = common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false );
-   EXPECT_EQ( common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false ), rule );
-   EXPECT_EQ( rule->parent(), common_.ptr() );
-   EXPECT_EQ( rule->ruleNum(), 3u );
-   EXPECT_FALSE( rule->dropAll() );
-   EXPECT_TRUE( rule->hasNotificationActive() );
-   EXPECT_TRUE( common_->aclRuleData().empty() ) << "aclRuleIs leaves the id index alone";
-}
-
 TEST_F( RuleRecordsTest, RuleMadeAgainWithOtherValuesNamesTheAttribute ) {
    common_->aclRuleIs( Acl::UniqueId( 7 ), 3, false );
    EXPECT_EQ( nameInUseError( Acl::UniqueId( 8 ), 3, false ),
@@ -80,29 +70,11 @@ TEST_F( RuleRecordsTest, RulesWalkInRisingNumberWhateverTheOrderOfCreation ) {
    EXPECT_EQ( walked, ( std::vector<U32>{ 0, 2, 7, 9, 40 } ) );
 }
 
-TEST_F( RuleRecordsTest, DeletingFromOneIndexLeavesTheOther ) {
-   const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
-   common_->aclRuleDataIs( Acl::UniqueId( 99 ), nullptr );
-   EXPECT_EQ( common_->aclRuleData().size(), 1u ) << "null for an absent id does nothing";
-
-   EXPECT_EQ( common_->aclRuleDel( 1 ), rule );
-   EXPECT_FALSE( common_->aclRuleHas( 1 ) );
-   EXPECT_EQ( common_->aclRuleData( Acl::UniqueId( 5 ) ), rule );
-   EXPECT_FALSE( common_->aclRuleDel( 1 ) );
-   common_->aclRuleDataIs( Acl::UniqueId( 5 ), nullptr );
-   EXPECT_TRUE( common_->aclRuleData().empty() );
-}
-
 TEST_F( RuleRecordsTest, CrossCheckPassesOnConsistentIndices ) {
    sw_.sim().hcsd()->aclRuleIndexConsistencyCheckIs( true );
    const AclRuleData::Ptr rule = common_->aclRuleCreate( Acl::UniqueId( 5 ), 1, true );
    EXPECT_EQ( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ), rule );
    EXPECT_FALSE( common_->getAclRuleDataForAclId( Acl::UniqueId( 6 ) ) );
-}
-
-TEST_F( RuleRecordsTest, WithoutCrossCheckAnInconsistentIndexGoesUnnoticed ) {
-   common_->aclRuleIs( Acl::UniqueId( 5 ), 1, true );
-   EXPECT_FALSE( common_->getAclRuleDataForAclId( Acl::UniqueId( 5 ) ) );
 }
 
 using RuleRecordsDeathTest = RuleRecordsTest;

@@ -123,70 +123,6 @@ TEST_F( UnitRecordsTest, EgressClassKeepsTheBitsOfOtherTypes ) {
    EXPECT_EQ( HalyardTest::egressClass( sw_.chip( 0 ), 4 ), 0x30u );
 }
 
-TEST_F( UnitRecordsTest, AclDataKeepsItsUnitsAndFindsAnActivePort ) {
-   const HalyardAclData::Ptr acl =
-       helper_->halyardAclDataIs( Fennel::AclKey( "edge", Acl::ipv6_, Acl::out_ ) );
-   EXPECT_EQ( helper_->halyardAclDataIs( acl->key() ), acl );
-   EXPECT_EQ( acl->name(), "edge" );
-   EXPECT_EQ( acl->type(), Acl::ipv6_ );
-   EXPECT_EQ( acl->direction(), Acl::out_ );
-   EXPECT_FALSE( acl->oneActivePort() ) << "no unit";
-
-   const AclUnitData::Ptr unit0 = acl->unitDataIs( 0, Acl::ipv6_, Acl::out_, helper_.ptr() );
-   EXPECT_EQ( acl->unitDataIs( 0, Acl::ipv6_, Acl::out_, helper_.ptr() ), unit0 );
-   EXPECT_FALSE( acl->oneActivePort() ) << "a unit without ports";
-   unit0->activePortIs( 9 );
-   EXPECT_TRUE( acl->oneActivePort() );
-
-   try {
-      acl->unitDataIs( 0, Acl::ip_, Acl::out_, helper_.ptr() );
-      FAIL() << "a unit record of another type was accepted";
-   } catch ( const Vesper::NameInUseException& e ) {
-      EXPECT_STREQ( e.what(),
-                    "Reinstantiating the pointer interface where constructor parameter attribute "
-                    "_type has a different value of ip than the current value of ipv6 not "
-                    "allowed" );
-   }
-   EXPECT_EQ( acl->unitData( 0 ), unit0 );
-}
-
-TEST_F( UnitRecordsTest, RuleRecordIsFoundOnlyThroughEveryLink ) {
-   const auto aclData = Fennel::aclDataFactory( Fennel::AclKey( "acl", Acl::ip_, Acl::in_ ) );
-   EXPECT_FALSE( helper_->getAclRuleData( aclData, 0, 1 ) ) << "no ACL record";
-   const AclUnitData::Ptr data = unitData( Acl::ip_, Acl::in_ );
-   EXPECT_FALSE( helper_->getAclRuleData( aclData, 0, 1 ) ) << "no rule programmer";
-   helper_->createCommonUnitData( data );
-   const AclCommonUnitData::Ptr common = data->common();
-   ASSERT_TRUE( common );
-   EXPECT_EQ( common->unit(), 0u );
-   EXPECT_EQ( common->type(), Acl::ip_ );
-   EXPECT_EQ( common->hcsd(), sw_.sim().hcsd() );
-   helper_->createCommonUnitData( data );
-   EXPECT_EQ( data->common(), common ) << "a programmer once made stays";
-
-   EXPECT_FALSE( helper_->getAclRuleData( aclData, 0, 1 ) ) << "no rule";
-   const AclRuleData::Ptr rule = common->aclRuleCreate( Acl::UniqueId( 11 ), 1, true );
-   EXPECT_EQ( helper_->getAclRuleData( aclData, 0, 1 ), rule );
-   EXPECT_FALSE( helper_->getAclRuleData( aclData, 1, 1 ) ) << "no unit record";
-}
-
-TEST_F( UnitRecordsTest, VfpTypeOfAPortNotifiesOnRealChangesOnly ) {
-   struct Watcher : VfpAclTypeForPort::NotifieeConst {
-      void onVfpAclTypeForPort( const Vesper::String& port ) override { ports.push_back( port ); }
-      std::vector<std::string> ports;
-   } watcher;
-   const VfpAclTypeForPort::Ptr vfp = helper_->vfpAclTypeForUnit( 0 );
-   watcher.notifierIs( vfp );
-   vfp->vfpAclTypeForPortIs( "Ethernet1", Acl::ip_ );
-   vfp->vfpAclTypeForPortIs( "Ethernet1", Acl::ip_ );
-   vfp->vfpAclTypeForPortIs( "Ethernet1", Acl::mac_ );
-   EXPECT_EQ( vfp->vfpAclTypeForPort( "Ethernet1" ), Acl::mac_ );
-   EXPECT_FALSE( vfp->vfpAclTypeForPort( "Ethernet2" ) );
-   EXPECT_EQ( vfp->vfpAclTypeForPortDel( "Ethernet1" ), Acl::mac_ );
-   EXPECT_FALSE( vfp->vfpAclTypeForPortDel( "Ethernet1" ) );
-   EXPECT_EQ( watcher.ports, std::vector<std::string>( 3, "Ethernet1" ) );
-}
-
 // ---- Interface class pools: the ingress pool of a unit and the egress pool of a machine
 // behave alike.
 
@@ -235,22 +171,6 @@ TYPED_TEST( IntfClassPoolTest, LastPushedComesOutFirstAndEmptyYieldsZero ) {
    EXPECT_EQ( Ops::pop( *pool ), 0 );
    Ops::push( *pool, 9 );
    EXPECT_EQ( Ops::pop( *pool ), 9 ) << "the pool stays usable after running dry";
-}
-
-TYPED_TEST( IntfClassPoolTest, IndexedSetAndDeleteKeepIndexesDense ) {
-   using Ops = PoolOps<TypeParam>;
-   const auto pool = Ops::make();
-   Ops::push( *pool, 2 );
-   Ops::push( *pool, 4 );
-   Ops::push( *pool, 6 );
-   Ops::is( *pool, 1, 5 );
-   Ops::is( *pool, 3, 8 );  // one past the top adds a member
-   EXPECT_EQ( Ops::pool( *pool ).stack().topFirst(), ( std::vector<U8>{ 8, 6, 5, 2 } ) );
-   Ops::del( *pool, 1 );
-   EXPECT_EQ( Ops::pool( *pool ).stack().topFirst(), ( std::vector<U8>{ 8, 6, 2 } ) );
-   EXPECT_THROW( Ops::del( *pool, 3 ), Vesper::RangeException );
-   EXPECT_THROW( Ops::is( *pool, 5, 1 ), Vesper::RangeException );
-   EXPECT_EQ( Ops::pool( *pool ).size(), 3u );
 }
 
 }  // namespace
