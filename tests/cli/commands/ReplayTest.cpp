@@ -102,29 +102,4 @@ TEST( Replay, EgressAclsOfAPacketDroppedAtIngressAreNotLookedFor ) {
        difference( hw, ref ) );
 }
 
-TEST( Replay, JsonLinesHaveTheKeysOfTheToolsContract ) {
-   PacketOutcome o;
-   o.number = 3;
-   o.hardware.permit = true;
-   o.hardware.egress = { "Ethernet25" };
-   o.hardware.hits = {
-       { key( "web", Acl::AclDirection::in ), 0, rule( 20 ) },
-       { key( "out", Acl::AclDirection::out ), 1, RuleOrigin{ RuleOrigin::Kind::closing, 0 } } };
-   o.reference = Fennel::Evaluation{};
-   for ( bool check : { false, true } ) {
-      std::ostringstream out, err;
-      const auto writer = replayJsonWriter( out, err, check );
-      writer->packet( o );
-      const std::string expected =
-          check
-              ? R"({"packet":3,"verdict":"permit","acls":[{"name":"web","direction":"in","rule":20},{"name":"out","direction":"out","rule":null}],"reference":"permit","agree":true,"egress":["Ethernet25"],"cpu":false})"
-              : R"({"packet":3,"verdict":"permit","acls":[{"name":"web","direction":"in","rule":20},{"name":"out","direction":"out","rule":null}],"egress":["Ethernet25"],"cpu":false})";
-      std::istringstream lines( out.str() );
-      std::string line;
-      std::getline( lines, line );
-      EXPECT_EQ( expected, line );
-      EXPECT_EQ( "", err.str() );
-   }
-}
-
 }  // namespace

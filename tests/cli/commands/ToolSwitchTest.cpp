@@ -74,61 +74,6 @@ TEST( ApplySummary, EveryEntryOfTheChipsIsInAGroupAndEveryAclEntryInAnAcl ) {
    }
 }
 
-TEST( ApplySummary, JsonHasTheKeysOfTheToolsContract ) {
-   AclSwitch sw( Sim::defaultProfile() );
-   sw.apply( setupOf( kSmall ) );
-   const nlohmann::ordered_json j = applyJson( summarize( sw ) );
-   auto keys = []( const nlohmann::ordered_json& o ) {
-      std::vector<std::string> k;
-      for ( const auto& item : o.items() ) {
-         k.push_back( item.key() );
-      }
-      return k;
-   };
-   using V = std::vector<std::string>;
-   EXPECT_EQ( V{ "units" }, keys( j ) );
-   ASSERT_EQ( 2u, j["units"].size() );
-   const auto& unit = j["units"][0];
-   EXPECT_EQ( ( V{ "unit", "chip", "acls", "groups", "rangeCheckers", "freeClasses" } ),
-              keys( unit ) );
-   EXPECT_EQ( "trident3", unit["chip"] );
-   EXPECT_EQ( ( V{ "used", "capacity" } ), keys( unit["rangeCheckers"] ) );
-   EXPECT_EQ( 1, unit["rangeCheckers"]["used"] ) << "web's range on its checker";
-   ASSERT_EQ( 2u, unit["acls"].size() );
-   const auto& l2 = unit["acls"][0];
-   EXPECT_EQ(
-       ( V{ "name", "type", "direction", "installed", "dirty", "error", "entries", "expanded" } ),
-       keys( l2 ) );
-   EXPECT_EQ( "l2", l2["name"] );
-   EXPECT_EQ( "mac", l2["type"] );
-   EXPECT_EQ( "out", l2["direction"] );
-   EXPECT_TRUE( l2["error"].is_null() );
-   for ( const auto& group : unit["groups"] ) {
-      EXPECT_EQ( ( V{ "name", "stage", "used", "capacity" } ), keys( group ) );
-      EXPECT_LE( group["used"], group["capacity"] );
-   }
-}
-
-TEST( ApplySummary, AListThatDoesNotFitIsDirtyWithItsReasonOnEveryUnit ) {
-   AclSwitch sw( Sim::readProfileFile( std::string( HALYARD_SOURCE_DIR ) +
-                                       "/tests/e2e/inputs/one-efp-slice.switch" ) );
-   sw.apply( setupOf( R"(
-ip access-list spread
-   10 permit tcp any range 1 65534 any range 1 65534
-interface Ethernet6
-   ip access-group spread out
-)" ) );
-   const ApplySummary summary = summarize( sw );
-   EXPECT_FALSE( summary.allStand() );
-   for ( const UnitSummary& unit : summary.units ) {
-      ASSERT_EQ( 1u, unit.acls.size() );
-      EXPECT_TRUE( unit.acls[0].dirty );
-      ASSERT_TRUE( unit.acls[0].error );
-      EXPECT_NE( std::string::npos, unit.acls[0].error->find( "no TCAM entries" ) )
-          << *unit.acls[0].error;
-   }
-}
-
 class Changes : public testing::Test {
  protected:
    bool programmable( const std::vector<std::string>& texts, std::string* why = nullptr ) {
@@ -151,21 +96,6 @@ TEST_F( Changes, ChangedListsAndBindingsAreApplied ) {
    changed.replace( changed.find( "eq www" ), 6, "eq 443" );
    EXPECT_TRUE( programmable( { kSmall, changed } ) );
    EXPECT_TRUE( programmable( { kSmall, "" } ) ) << "everything torn down";
-}
-
-TEST_F( Changes, SettingsThatChangeWhileAclsStandAreRefusedWithTheReason ) {
-   std::string why;
-   EXPECT_FALSE( programmable( { kSmall, std::string( kSmall ) + "hardware access-list ipv6 permit "
-                                                                 "icmpv6 none\n" },
-                               &why ) );
-   EXPECT_EQ(
-       "halyard-acl: apply: c1.acl: as a change of c0.acl: the hardware access-list "
-       "settings change while ACLs stand, and the generic layer does not apply standing "
-       "lists again for that yet\n",
-       why );
-   EXPECT_TRUE( programmable( { "", std::string( kSmall ) + "hardware access-list ipv6 permit "
-                                                            "icmpv6 none\n" } ) )
-       << "nothing stands before";
 }
 
 TEST_F( Changes, ReapplyingUnderBlockingUpdatesIsRefusedAndNewListsAreNot ) {
