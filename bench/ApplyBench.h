@@ -42,8 +42,8 @@ struct ApplyWorkload {
 // (unit 1) of the default switch, as the tool's ClassBench tests bind it; port ranges as
 // written.
 ApplyWorkload classBenchWorkload( const std::string& set );
-// The first `count` rules of acl1_10k (all of its 9,761 at most), bound in on Ethernet1 of a
-// one-unit switch whose IFP holds them all.
+// The first `count` rules of acl1_10k (all of its 9,761 at most) with their single ports and
+// without their port ranges, bound in on Ethernet1 of a one-unit switch whose IFP holds them.
 ApplyWorkload scalingWorkload( std::size_t count );
 
 class ApplySwitch {
