@@ -36,6 +36,8 @@
 #pragma once
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "platform/acl/AclTypes.h"
 #include "platform/acl/RuleConfig.h"
@@ -57,6 +59,15 @@
 #include "platform/vesper/Types.h"
 
 namespace Halyard {
+
+// The generation of the rule records of every ACL: it moves on at each change of which rules
+// an ACL has on a unit, of a rule's entry lists or their entries, of a rule's fragment flag,
+// and of which ACL records the helper holds. What is derived from those records (the counter
+// poll's plan) holds while the generation stands. One activity thread: a plain count.
+struct RuleRecords {
+   static inline U64 generation = 0;
+   static void changed() { ++generation; }
+};
 
 // A set in the runtime's map: members map to true. Its walks survive deletion, as the walks
 // over entries and ports must, since reactors may run between two SDK calls of one walk.
@@ -101,10 +112,19 @@ class AclEntryList : public Vesper::PtrInterface {
    const KeySet<U32>& entry() const { return entry_; }
    bool entryHas( U32 entry ) const { return entry_.has( entry ); }
    size_t entryCount() const { return entry_.size(); }
-   void entryIs( U32 entry ) { entry_.set( entry, true ); }
+   void entryIs( U32 entry ) {
+      RuleRecords::changed();
+      entry_.set( entry, true );
+   }
    // True when the entry was a member.
-   bool entryDel( U32 entry ) { return entry_.del( entry ).has_value(); }
-   void entryDelAll() { entry_.clear(); }
+   bool entryDel( U32 entry ) {
+      RuleRecords::changed();
+      return entry_.del( entry ).has_value();
+   }
+   void entryDelAll() {
+      RuleRecords::changed();
+      entry_.clear();
+   }
 
  private:
    const U32 subRuleNum_;
@@ -132,14 +152,26 @@ class AclRuleData : public Vesper::PtrInterface {
    Vesper::BackPtr<AclCommonUnitData> parent() const { return parent_; }
 
    bool hasPermitFragmentRule() const { return hasPermitFragmentRule_; }
-   void hasPermitFragmentRuleIs( bool has ) { hasPermitFragmentRule_ = has; }
+   void hasPermitFragmentRuleIs( bool has ) {
+      RuleRecords::changed();
+      hasPermitFragmentRule_ = has;
+   }
 
    // The entries in service, by subrule. entryListIs() makes the list when absent.
    AclEntryList::Ptr entryList( U32 subRule ) const { return entryList_.find( subRule ); }
    const EntryListMap& entryList() const { return entryList_; }
-   AclEntryList::Ptr entryListIs( U32 subRule ) { return listIs( entryList_, subRule ); }
-   AclEntryList::Ptr entryListDel( U32 subRule ) { return entryList_.del( subRule ); }
-   void entryListDelAll() { entryList_.clear(); }
+   AclEntryList::Ptr entryListIs( U32 subRule ) {
+      RuleRecords::changed();
+      return listIs( entryList_, subRule );
+   }
+   AclEntryList::Ptr entryListDel( U32 subRule ) {
+      RuleRecords::changed();
+      return entryList_.del( subRule );
+   }
+   void entryListDelAll() {
+      RuleRecords::changed();
+      entryList_.clear();
+   }
 
    // A list of the same shape, kept for the attribute table; nothing fills it today.
    AclEntryList::Ptr portUpdateEntryList( U32 subRule ) const {
@@ -211,6 +243,31 @@ class AclRuleData : public Vesper::PtrInterface {
    U64 lastReadValue_ = 0;
    AclRuleUdfData udfDataForRule_;
    const Vesper::BackPtr<AclCommonUnitData> parent_;
+};
+
+// The counter poll's view of one ACL on one unit (HalyardAclSmCounters.cpp): its rules in
+// rising rule number, each with its entries and their managers in one flat array, so that a
+// poll reads memory in order instead of walking the records' maps for every rule. Made from
+// the records, and trusted only while RuleRecords::generation stands where it was made.
+struct CounterPollPlan {
+   struct Rule {
+      Acl::UniqueId aclId;
+      AclRuleData* record = nullptr;  // owned by the unit's records; lastReadValue lives there
+      U32 firstEntry = 0;             // the rule's entries: [firstEntry, endEntry) of entries
+      U32 endEntry = 0;
+   };
+   struct Entry {
+      U32 entry = 0;
+      HalyardTcamEntryManager* manager = nullptr;  // tcamManagerForEntry, as it stood
+   };
+   U64 generation = ~U64( 0 );
+   std::vector<Rule> rules;
+   std::vector<std::pair<Acl::UniqueId, U32> > byId;  // rising id, to the index in rules
+   std::vector<Entry> entries;
+   U32 next = 0;  // the rule that a poll in rule order asks for next
+
+   // The rule of `aclId`, or null when the unit has none.
+   const Rule* find( Acl::UniqueId aclId );
 };
 
 // One ACL on one unit: its rules and how they may be programmed there.
@@ -294,12 +351,18 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    // A null rule removes the member; otherwise it is added or replaced.
    void aclRuleDataIs( Acl::UniqueId aclId, const AclRuleData::Ptr& rule );
    AclRuleData::Ptr aclRuleDataDel( Acl::UniqueId aclId );
-   void aclRuleDataDelAll() { aclRuleData_.clear(); }
+   void aclRuleDataDelAll() {
+      RuleRecords::changed();
+      aclRuleData_.clear();
+   }
 
    // aclRuleData( aclId ). With the common data's aclRuleIndexConsistencyCheck on, the
    // lookup is cross-checked against a walk of aclRule: a broken invariant 1 stops the
    // process ("aclRuleIter.ptr() == found" or "!found").
    AclRuleData::Ptr getAclRuleDataForAclId( Acl::UniqueId aclId ) const;
+
+   // The counter poll's plan of these records; the poll remakes it when it is out of date.
+   CounterPollPlan& counterPollPlan() const { return counterPollPlan_; }
 
    // ---- Commit (HalyardAclCommonCommit.cpp). Installs every entry of every rule through the
    // entry's manager, in ascending rule number: rule order is priority order, so a packet
@@ -453,6 +516,7 @@ class AclCommonUnitData : public Vesper::PtrInterface {
    KeySet<Pylon::IntfId> sessionSrcIntfList_;
    AclRuleMap aclRule_;
    AclRuleIdMap aclRuleData_;
+   mutable CounterPollPlan counterPollPlan_;
 };
 
 // The bounds and the kind of the range checker `id` of the unit, as the SDK reads them back:

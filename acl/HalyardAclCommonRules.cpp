@@ -54,6 +54,7 @@ AclRuleData::Ptr AclCommonUnitData::aclRuleData( Acl::UniqueId aclId ) const {
 }
 
 void AclCommonUnitData::aclRuleDataIs( Acl::UniqueId aclId, const AclRuleData::Ptr& rule ) {
+   RuleRecords::changed();
    if ( !rule ) {
       aclRuleData_.del( aclId );
       return;
@@ -62,6 +63,7 @@ void AclCommonUnitData::aclRuleDataIs( Acl::UniqueId aclId, const AclRuleData::P
 }
 
 AclRuleData::Ptr AclCommonUnitData::aclRuleDataDel( Acl::UniqueId aclId ) {
+   RuleRecords::changed();
    auto removed = aclRuleData_.del( aclId );
    return removed ? std::move( *removed ) : nullptr;
 }

@@ -511,6 +511,7 @@ class AclHelper : public FennelHelper::AclHelper {
    // The standing record of the key, or a new one with notifications on.
    HalyardAclData::Ptr halyardAclDataIs( const Fennel::AclKey& key );
    HalyardAclData::Ptr halyardAclDataDel( const Fennel::AclKey& key ) {
+      RuleRecords::changed();
       return halyardAclData_.del( key );
    }
    void halyardAclDataDelAll();
@@ -631,6 +632,8 @@ class AclHelper : public FennelHelper::AclHelper {
               HalyardL3::L3IntfStatus::PtrConst l3IntfStatus, bool hasFabric );
 
  private:
+   // The ACL record of `aclData` for the counter poll; null when there is none.
+   HalyardAclData* counterPollRecord( const AclDataPtrConst& aclData );
    friend Ptr aclHelperFactory( HalyardVlanTopo::VlanTopoSliceStatus::Ptr,
                                 HalyardVlanTopo::VlanTopoBlockedStatus::PtrConst,
                                 HalyardCommonSmData::Ptr, HalyardTcamGroupManager::Ptr,
@@ -707,6 +710,15 @@ class AclHelper : public FennelHelper::AclHelper {
    MirroringManagerMap mirroringAclEntryManager_;
    TypeDirectionFeatureSmMap halyardAclTypeDirectionFeatureSm_;
    HalyardAclDataMap halyardAclData_;
+   // The ACL record that the last counter poll read: the generic layer polls an ACL rule by
+   // rule, and each call would otherwise look the same record up again. The AclData is held
+   // so that its address names it; the record is trusted while RuleRecords::generation stands.
+   struct CounterPollAcl {
+      AclDataPtrConst aclData;
+      HalyardAclData* record = nullptr;
+      U64 generation = ~U64( 0 );
+   };
+   CounterPollAcl counterPollAcl_;
    VfpAclTypeForUnitMap vfpAclTypeForUnit_;
    IntfClassDataMap halyardIntfClassData_;
    UnitDirtyMap unitDirty_;

@@ -159,11 +159,13 @@ AclHelper::TypeDirectionFeatureSmPtr AclHelper::getHalyardAclTypeDirectionFeatur
 // ---- AclHelper: ACL records
 
 HalyardAclData::Ptr AclHelper::halyardAclDataIs( const Fennel::AclKey& key ) {
+   RuleRecords::changed();
    return standingOrNew( halyardAclData_, key,
                          [&] { return HalyardAclData::Ptr( new HalyardAclData( key ) ); } );
 }
 
 void AclHelper::halyardAclDataDelAll() {
+   RuleRecords::changed();
    delAllByKeys( halyardAclData_ );
 }
 
