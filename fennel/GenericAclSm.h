@@ -230,6 +230,23 @@ class GenericAclSm : public AclSm {
    U32 version_ = 0;  // the configuration generation handed to AclData::aclVersion
    std::map<AclKey, AclState> state_;
    std::map<AclKey, Memory> memory_;
+   // The counter poll's view of an ACL's configured rules, in rule order: the id each went in
+   // with and where its hits go (a member of AclState::hits, whose node stands until the ACL
+   // is applied again). Made at the first poll of each application of the ACL, so that a poll
+   // looks nothing up per rule.
+   struct CounterPlan {
+      struct Rule {
+         U32 seq = 0;
+         Acl::UniqueId id;
+         U64* hits = nullptr;
+      };
+      AclData::PtrConst aclData;  // the ACL's record when the plan was made
+      U32 aclVersion = AclData::aclVersionNone;
+      std::vector<Rule> rules;
+   };
+   // The plan of `acl`, remade when the ACL went in again since.
+   const CounterPlan& counterPlan( AclState& acl );
+   std::map<AclKey, CounterPlan> counterPlans_;
    std::set<AclKey> blocked_;  // ACLs whose interfaces stand blocked until they are committed
    std::vector<std::string> bindingErrors_;
 };
