@@ -352,11 +352,12 @@ void Churn::ipHeaders( Family family, const Rule* r, Fennel::Packet& p ) {
    if ( r && r->fragments && chance( 50 ) ) {
       frag = Fennel::Frag::later;
    }
-   // KNOWN BUG (acl/, IPv6 rules): an IPv6 entry with layer 4 terms carries no fragment key, so
-   // a later fragment, which has no layer 4 header and meets the port key as 0, hits a rule
-   // whose port terms admit 0 (seed 1, step 20: "35 permit tcp fd00:0:1:1::/64 neq 36493
-   // fd00::/32" on egress permits a later TCP fragment that the reference denies). IPv6 later
-   // fragments stay out of the sample until it is mended.
+   // Known divergence (fennel/README.md, "Where the hardware and the meaning part"): an IPv6
+   // entry with layer 4 terms has no fragment key, so a later fragment, whose ports the chip
+   // reads as 0, hits a rule whose port terms admit 0 (seed 1, step 20: "35 permit tcp
+   // fd00:0:1:1::/64 neq 36493 fd00::/32" on egress passes a later TCP fragment that the
+   // reference denies). IPv6 later fragments stay out of the sample until the back-end can key
+   // them.
    if ( family == Family::ip6 && frag == Fennel::Frag::later ) {
       frag = Fennel::Frag::first;
    }
