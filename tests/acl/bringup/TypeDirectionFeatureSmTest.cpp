@@ -210,17 +210,6 @@ TEST_F( MirroringSmTest, AMachineStandsOnlyBetweenSetAndClear ) {
 
 using MirroringSmDeathTest = MirroringSmTest;
 
-TEST_F( MirroringSmDeathTest, AGroupWithoutARecordCountsAsIpv4 ) {
-   const U8 group = groupOf( aclFeatureMirroring3 );
-   sw_.groupManager()->groupMirroringAclTypeIs( group, 0 );
-   helper().setMirroringHalyardAclTypeDirectionFeatureSm( Acl::ip_, Acl::in_,
-                                                          aclFeatureMirroring3 );
-   EXPECT_TRUE( sm( Acl::ip_, Acl::in_, aclFeatureMirroring3 ) );
-   EXPECT_DEATH( helper().setMirroringHalyardAclTypeDirectionFeatureSm( Acl::mac_, Acl::in_,
-                                                                        aclFeatureMirroring3 ),
-                 assertionFailure( "type == groupAclType" ) );
-}
-
 TEST_F( MirroringSmDeathTest, AnotherTypeOnAGroupInUseStops ) {
    helper().setMirroringHalyardAclTypeDirectionFeatureSm( Acl::mac_, Acl::in_,
                                                           aclFeatureMirroring2 );
@@ -357,13 +346,6 @@ TEST_F( ReactorTest, NoRoomWhenEveryManagerOfTheMachineIsFull ) {
    EXPECT_FALSE( deferred() );
    sw_.manager( tcamGroupMacAclVfp )->exhaustedIs( 0, false );
    EXPECT_TRUE( deferred() );
-}
-
-TEST_F( ReactorTest, NoMachineWatchesTheManagersOfOtherGroups ) {
-   sw_.manager( tcamGroupUrpfTHxV4ExceptionAcl )->exhaustedIs( 0, true );
-   sw_.manager( tcamGroupMirroringAcl1 )->exhaustedIs( 0, true );
-   sw_.groupManager()->entryManager( tcamGroupAclMgmt )->exhaustedIs( 0, true );
-   EXPECT_FALSE( deferred() );
 }
 
 TEST_F( ReactorTest, AMachineStopsWatchingWhenDroppedOrSwitchedOff ) {

@@ -99,15 +99,6 @@ TEST_P( FieldSettersTest, IpProtocolTakesTheClassWhereTheChipCompressesProtocols
    EXPECT_FALSE( dropped( Packet::udp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 1, 2 ) ) );
 }
 
-TEST_P( FieldSettersTest, PlainIpProtocolKeepsTheLowEightBits ) {
-   if ( has( ChipAttribute::supportsIfpIpProtocolCompression ) ) {
-      GTEST_SKIP() << "the class form binds the whole value";
-   }
-   Halyard::setIpProtocol( unit, groupMgr(), entry_, 0x111, 0x1FF, 7, 0xFF );
-   EXPECT_EQ( qual( QualId::IpProtocol ), QualPair( 0x11, 0xFF ) );
-   EXPECT_EQ( fpCmd_.lines(), std::vector{ fpQual( "IpProtocol 17 0xFF" ) } );
-}
-
 TEST_P( FieldSettersTest, L4DstPortTakesTheClassWhereTheChipCompressesPorts ) {
    Halyard::setL4DstPort( unit, groupMgr(), entry_, 443, 0xFFFF, 3, 0xF );
    const auto qualifiers = carried( { QualId::L4DstPort, QualId::L4DstPortClass } );
@@ -135,43 +126,6 @@ TEST_P( FieldSettersTest, L4DstPortTakesTheClassWhereTheChipCompressesPorts ) {
        dropped( Packet::tcp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 443, 80 ) ) );
 }
 
-TEST_P( FieldSettersTest, L4SrcPortTakesTheClassWhereTheChipCompressesPorts ) {
-   Halyard::setL4SrcPort( unit, groupMgr(), entry_, 53, 0xFFFF, 9, 0xF );
-   const auto qualifiers = carried( { QualId::L4SrcPort, QualId::L4SrcPortClass } );
-   const auto bound = unit_.chip().classTables().exactClass( ExactClassTable::L4SrcPort, 53 );
-   if ( has( ChipAttribute::supportsIfpL4PortCompression ) ) {
-      EXPECT_EQ( qualifiers, std::vector{ QualId::L4SrcPortClass } );
-      EXPECT_EQ( qual( QualId::L4SrcPortClass ), QualPair( 9, 0xF ) );
-      EXPECT_EQ( bound, std::optional<U32>( 9 ) );
-      EXPECT_EQ( fpCmd_.lines(), std::vector{ fpQual( "L4SrcPortClass 9 0xF" ) } );
-      EXPECT_EQ( levelOneTrace( "setL4SrcPort" ),
-                 std::vector<std::string>{ "setL4SrcPort Setting L4SrcPortClass: 9" } );
-   } else {
-      EXPECT_EQ( qualifiers, std::vector{ QualId::L4SrcPort } );
-      EXPECT_EQ( qual( QualId::L4SrcPort ), QualPair( 53, 0xFFFF ) );
-      EXPECT_FALSE( bound.has_value() );
-      EXPECT_EQ( fpCmd_.lines(), std::vector{ fpQual( "L4SrcPort 53 0xFFFF" ) } );
-      EXPECT_EQ( levelOneTrace( "setL4SrcPort" ),
-                 std::vector<std::string>{ "setL4SrcPort Setting L4SrcPort: 53" } );
-   }
-   Halyard::verifyL4SrcPort( unit, constGroupMgr(), entry_, 53, 9 );
-   armDrop();
-   EXPECT_TRUE( dropped( Packet::udp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 53, 9 ) ) );
-   EXPECT_FALSE( dropped( Packet::udp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 9, 53 ) ) );
-}
-
-TEST_P( FieldSettersTest, EtherTypeIsPlainUnlessTheCallerAsksForTheClass ) {
-   Halyard::setEtherType( unit, groupMgr(), entry_, false, Sim::kEtherTypeIpv6, 0xFFFF, 4, 0xF );
-   EXPECT_EQ( carried( { QualId::EtherType, QualId::EtherTypeClass } ),
-              std::vector{ QualId::EtherType } );
-   EXPECT_EQ( qual( QualId::EtherType ), QualPair( 0x86DD, 0xFFFF ) );
-   EXPECT_EQ( fpCmd_.lines(), std::vector{ fpQual( "EtherType 0x86dd 0xffff" ) } );
-   armDrop();
-   EXPECT_TRUE(
-       dropped( Packet::udp6( Sim::ip6( "2001:db8::1" ), Sim::ip6( "2001:db8::2" ), 1, 2 ) ) );
-   EXPECT_FALSE( dropped( Packet::udp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 1, 2 ) ) );
-}
-
 TEST_P( FieldSettersTest, EtherTypeClassBindsTheTypeWhereTheChipCompresses ) {
    if ( !has( ChipAttribute::supportsIfpIpProtocolCompression ) ) {
       GTEST_SKIP() << "the chip has no Ethernet type classes";
@@ -187,13 +141,6 @@ TEST_P( FieldSettersTest, EtherTypeClassBindsTheTypeWhereTheChipCompresses ) {
    EXPECT_TRUE(
        dropped( Packet::udp6( Sim::ip6( "2001:db8::1" ), Sim::ip6( "2001:db8::2" ), 1, 2 ) ) );
    EXPECT_FALSE( dropped( Packet::udp4( Sim::ip4( "10.0.0.1" ), Sim::ip4( "10.0.0.2" ), 1, 2 ) ) );
-}
-
-TEST_P( FieldSettersTest, PlainEtherTypeNeverLooksAtTheChip ) {
-   // Without a chip type for the unit any attribute lookup would stop the process.
-   unit_.groupMgr()->modChipInfoDel( static_cast<U16>( unit ) );
-   Halyard::setEtherType( unit, groupMgr(), entry_, false, 0x0806, 0xFFFF, 4, 0xF );
-   EXPECT_EQ( qual( QualId::EtherType ), QualPair( 0x0806, 0xFFFF ) );
 }
 
 // The destination forms, in the order the chip is asked: nibble, class field, plain.

@@ -138,19 +138,6 @@ TEST_F( Capture, ABadFrameIsNamedByItsNumber ) {
    }
 }
 
-TEST_F( Capture, OnlyEthernetCapturesAreRead ) {
-   const std::string file = path( "halyard-raw.pcap" );
-   pcap_t* dead = pcap_open_dead( DLT_RAW, 65535 );
-   pcap_dump_close( pcap_dump_open( dead, file.c_str() ) );
-   pcap_close( dead );
-   try {
-      readPacketFile( file, captureDefaults() );
-      FAIL() << "read a raw IP capture";
-   } catch ( const PacketError& e ) {
-      EXPECT_EQ( std::string( e.what() ), file + ": link type RAW: expected Ethernet frames" );
-   }
-}
-
 TEST_F( Capture, ThePacketsReachTheSwitchAsTheChipsOwnPackets ) {
    const Sim::Packet tcp = toSimPacket( lines_[0] );
    EXPECT_EQ( tcp.l3, Sim::L3Kind::Ipv4 );

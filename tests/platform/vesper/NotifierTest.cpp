@@ -141,21 +141,6 @@ TEST_F( NotifierTest, NothingIsDeliveredWhileNotificationsAreOff ) {
    EXPECT_THAT( sm_.log, ElementsAre( "r color 2" ) );
 }
 
-TEST_F( NotifierTest, NotifierIsMovesTheRegistration ) {
-   Ptr<Sample> other = Sample::sampleFactory();
-   VesperSample reactor( "r", sample_, &sm_ );
-   reactor.notifierIs( other );
-   EXPECT_EQ( sample_->notifieeList()->size(), 0u );
-   EXPECT_EQ( sample_->references(), 1u ) << "the reactor let go of the old notifier";
-   sample_->colorIs( 1 );
-   other->colorIs( 2 );
-   EXPECT_THAT( sm_.log, ElementsAre( "r color 2" ) );
-   reactor.notifierIs( nullptr );
-   other->colorIs( 3 );
-   EXPECT_THAT( sm_.log, ElementsAre( "r color 2" ) );
-   EXPECT_EQ( other->notifieeList()->size(), 0u );
-}
-
 TEST_F( NotifierTest, AllReactorsHearInOrderOfRegistration ) {
    VesperSample a( "a", sample_, &sm_ );
    VesperSample b( "b", sample_, &sm_ );

@@ -51,20 +51,6 @@ TEST( RbTreeMapTest, WalksInRisingKeyOrder ) {
    EXPECT_EQ( table.size(), 5u );
 }
 
-TEST( RbTreeMapTest, InsertReplacesFindAndDelAnswer ) {
-   RuleTable table;
-   table.insert( rule( 10, "permit" ) );
-   const Ptr<Rule> replaced = table.insert( rule( 10, "deny" ) );
-   ASSERT_TRUE( replaced );
-   EXPECT_EQ( replaced->text(), "permit" );
-   EXPECT_EQ( replaced->references(), 1u ) << "the map let go of the old member";
-   EXPECT_EQ( table.find( 10 )->text(), "deny" );
-   EXPECT_EQ( table.find( 11 ), nullptr );
-   EXPECT_EQ( table.del( 11 ), nullptr );
-   EXPECT_EQ( table.del( 10 )->text(), "deny" );
-   EXPECT_TRUE( table.empty() );
-}
-
 TEST( RbTreeMapTest, DeletingDuringAWalkGoesOnWithTheNextHigherKey ) {
    RuleTable table;
    for ( U32 num = 0; num < 10; ++num ) {
@@ -125,45 +111,6 @@ TEST( HashMapGenericTest, WalksByBucketThenOrderOfAddition ) {
    EXPECT_EQ( map.bucketOf( 1 ), 4u ) << "bucket = top three bits of the reversed key";
    EXPECT_THAT( walkKeys( map ), ElementsAreArray( bucketOrder( added, 3 ) ) );
    EXPECT_THAT( walkKeys( map ), ElementsAre( 0u, 4u, 6u, 19u, 3u, 11u ) );
-}
-
-TEST( HashMapGenericTest, GrowingKeepsTheOrderBetweenBuckets ) {
-   RuleHash map;
-   std::vector<U32> added;
-   for ( U32 num = 100; num > 60; num -= 3 ) {
-      added.push_back( num );
-      map.insert( rule( num ) );
-      const unsigned bits = __builtin_ctz( unsigned( map.bucketCount() ) );
-      ASSERT_THAT( walkKeys( map ), ElementsAreArray( bucketOrder( added, bits ) ) )
-          << "after adding " << num;
-   }
-   EXPECT_GT( map.bucketCount(), 8u ) << "the map grew";
-   EXPECT_EQ( map.size(), added.size() );
-   for ( U32 num : added ) {
-      EXPECT_TRUE( map.has( num ) );
-   }
-}
-
-TEST( HashMapGenericTest, InsertReplacesInPlaceAndDelRemoves ) {
-   RuleHash map;
-   map.insert( rule( 3, "a" ) );
-   map.insert( rule( 11, "b" ) );
-   map.insert( rule( 19, "c" ) );
-   const Ptr<Rule> old = map.insert( rule( 11, "B" ) );
-   ASSERT_TRUE( old );
-   EXPECT_EQ( old->text(), "b" );
-   EXPECT_THAT( walkKeys( map ), ElementsAre( 3u, 11u, 19u ) ) << "replaced in its place";
-   EXPECT_EQ( map.find( 11 )->text(), "B" );
-   EXPECT_EQ( map.size(), 3u );
-
-   EXPECT_EQ( map.del( 11 )->text(), "B" );
-   EXPECT_EQ( map.del( 11 ), nullptr );
-   EXPECT_THAT( walkKeys( map ), ElementsAre( 3u, 19u ) );
-   for ( U32 key : map.keys() ) {
-      map.del( key );
-   }
-   EXPECT_TRUE( map.empty() );
-   EXPECT_EQ( map.begin(), map.end() );
 }
 
 }  // namespace

@@ -177,34 +177,6 @@ TEST( TraceSettingTest, EnvironmentVariableIsApplied ) {
    EXPECT_EQ( levelsOn( later ).size(), 10u );
 }
 
-TEST( TraceSettingTest, MalformedEnvironmentVariableIsReportedAndIgnored ) {
-   TraceHandle handle( "Test::EnvBad" );
-   ASSERT_EQ( setenv( "VESPER_TRACE", "Test::EnvBad/1,Test::EnvBad/12", 1 ), 0 );
-   ::testing::internal::CaptureStderr();
-   Vesper::TraceTestAccess::applyEnvironment();
-   const std::string err = ::testing::internal::GetCapturedStderr();
-   unsetenv( "VESPER_TRACE" );
-   EXPECT_EQ( err,
-              "VESPER_TRACE: trace setting \"Test::EnvBad/12\" is not pattern, pattern/level or "
-              "pattern/first-last\n" );
-   EXPECT_THAT( levelsOn( handle ), IsEmpty() );
-}
-
-// Regression: a setting in the environment at process start made the registry's first use,
-// from a file-scope handle, initialise itself recursively and abort. The child of a threadsafe
-// death test starts afresh with the variable set, so it goes through that start-up road.
-TEST( TraceSettingDeathTest, EnvironmentSetAtProcessStartIsRead ) {
-   GTEST_FLAG_SET( death_test_style, "threadsafe" );
-   ASSERT_EQ( setenv( "VESPER_TRACE", "Test::StartEnv/3", 1 ), 0 );
-   EXPECT_EXIT(
-       {
-          TraceHandle handle( "Test::StartEnv" );
-          std::exit( levelsOn( handle ) == std::vector<int>{ 3 } ? 0 : 1 );
-       },
-       ::testing::ExitedWithCode( 0 ), "" );
-   unsetenv( "VESPER_TRACE" );
-}
-
 class SpindleTest : public ::testing::Test {
  protected:
    void SetUp() override { spindle_.clear(); }

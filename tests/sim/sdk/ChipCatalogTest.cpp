@@ -43,28 +43,6 @@ TEST_P( CatalogKindTest, ProbesOfAUnitAreThoseOfItsKind ) {
    EXPECT_EQ( kind_.probes.groupF, isChipGroupF( kUnit ) );
 }
 
-TEST_P( CatalogKindTest, HiGigTrunkCancelFollowsProbeC ) {
-   const EntryId e = newEntry();
-   SDK_CHECK( bcm_field_action_add( kUnit, e, BCM_HG_TRUNK_CANCEL_ACTION( kUnit ), 0, 0 ) );
-   EXPECT_EQ( kind_.probes.groupC, chip_.action( e, ActionId::HgTrunkResolveCancel ).has_value() );
-   EXPECT_EQ( !kind_.probes.groupC,
-              chip_.action( e, ActionId::TrunkLoadBalanceCancel ).has_value() );
-}
-
-TEST_P( CatalogKindTest, CapacitiesAreOfTheRightOrder ) {
-   EXPECT_EQ( 4u, kind_.vfp.slices() );
-   EXPECT_EQ( 4u, kind_.efp.slices() );
-   EXPECT_GE( kind_.ifp.slices(), 9u );
-   EXPECT_LE( kind_.ifp.slices(), 12u );
-   EXPECT_TRUE( ( kind_.rangeCheckers >= 24 && kind_.rangeCheckers <= 32 ) ||
-                kind_.rangeCheckers == 64 );
-   EXPECT_GE( kind_.udfChunks, 8u );
-   EXPECT_GT( kind_.portCount, kind_.hiGigPorts + 32 );
-   EXPECT_EQ( kind_.hiGigPorts > 0, kind_.attribute( ChipAttribute::hasHiGigPorts ) );
-   // The same fact, carried twice, must agree.
-   EXPECT_EQ( kind_.probes.groupF, kind_.attribute( ChipAttribute::protocol141IsExtensionHeader ) );
-}
-
 INSTANTIATE_TEST_SUITE_P( Catalog, CatalogKindTest, ::testing::ValuesIn( kindNames() ),
                           []( const auto& info ) { return info.param; } );
 

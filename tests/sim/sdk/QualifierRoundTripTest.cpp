@@ -159,25 +159,6 @@ INSTANTIATE_TEST_SUITE_P( EveryFamily, QualifierRoundTrip, ::testing::ValuesIn( 
 
 using QualifierTest = SimSdkFixture;
 
-TEST_F( QualifierTest, InPortsOnALiveEntryReplacesTheOldBitmaps ) {
-   const EntryId e = newEntry();
-   bcm_pbmp_t all = PBMP_ALL( kUnit );
-   SDK_CHECK( bcm_field_qualify_InPorts( kUnit, e, all, all ) );
-   ASSERT_EQ( Status::Ok, chip_.entryInstall( e ) );
-   EXPECT_EQ( portBitmapOf( all ), chip_.inPorts( e )->data );
-
-   bcm_pbmp_t some;
-   BCM_PBMP_CLEAR( some );
-   BCM_PBMP_PORT_ADD( some, 3 );
-   BCM_PBMP_PORT_ADD( some, 7 );
-   SDK_CHECK( bcm_field_qualify_InPorts( kUnit, e, some, all ) );
-   const auto ports = chip_.inPorts( e );
-   ASSERT_TRUE( ports.has_value() );
-   EXPECT_EQ( ( PortBitmap{ 3, 7 } ), ports->data );
-   EXPECT_EQ( portBitmapOf( all ), ports->mask );
-   EXPECT_TRUE( *chip_.entryPending( e ) );
-}
-
 // Port 1023 stands for an interface the port map does not know: it goes into a mask, is
 // found there by the member test, and reaches no port of the chip.
 TEST_F( QualifierTest, Port1023StandsInAMaskAndMatchesNoChipPort ) {
@@ -197,21 +178,6 @@ TEST_F( QualifierTest, Port1023StandsInAMaskAndMatchesNoChipPort ) {
    EXPECT_EQ( ( PortBitmap{ 4 } ), chip_.inPorts( e )->data );
    BCM_PBMP_PORT_REMOVE( some, 1023 );
    EXPECT_FALSE( BCM_PBMP_MEMBER( some, 1023 ) );
-}
-
-// The scan the back-end makes over ports 0 to 255 finds exactly the ports of the bitmap.
-TEST_F( QualifierTest, MemberTestFindsEveryPortOfAUnitBitmap ) {
-   const bcm_pbmp_t front = PBMP_PORT_ALL( kUnit );
-   std::vector<int> found;
-   for ( int port = 0; port < 256; ++port ) {
-      if ( BCM_PBMP_MEMBER( front, port ) ) {
-         found.push_back( port );
-      }
-   }
-   ASSERT_EQ( kind_.portCount - 1, found.size() );
-   EXPECT_EQ( 1, found.front() );
-   EXPECT_EQ( int( kind_.portCount ) - 1, found.back() );
-   EXPECT_THROW( BCM_PBMP_MEMBER( front, 1024 ), Vesper::RangeException );
 }
 
 // The SDK's enumerators reach the chip model as the model's own values.
@@ -245,19 +211,6 @@ INSTANTIATE_TEST_SUITE_P(
         IpFragCase{ "NotFirst", [] { return bcmFieldIpFragNotFirst; }, IpFrag::NotFirst },
         IpFragCase{ "Any", [] { return bcmFieldIpFragAny; }, IpFrag::Any } ),
     []( const auto& info ) { return std::string( info.param.name ); } );
-
-TEST_F( QualifierTest, EnumeratorsOutsideThisBuildAreRefused ) {
-   const EntryId e = newEntry();
-   EXPECT_EQ( SdkValues::kParam,
-              SDK_TRACE_RV( bcm_field_qualify_IpFrag( kUnit, e, bcm_field_IpFrag_t{ 77 } ) ) );
-   EXPECT_EQ( SdkValues::kParam,
-              SDK_TRACE_RV( bcm_field_qualify_IpType( kUnit, e, bcm_field_IpType_t{ 77 } ) ) );
-   EXPECT_EQ( SdkValues::kParam, SDK_TRACE_RV( bcm_field_qualify_IngressStpState(
-                                     kUnit, e, bcm_stg_stp_t{ 77 }, 0xff ) ) );
-   EXPECT_FALSE( chip_.ipFrag( e ).has_value() );
-   EXPECT_FALSE( chip_.ipType( e ).has_value() );
-   EXPECT_FALSE( chip_.qualifier( e, QualId::IngressStpState ).has_value() );
-}
 
 }  // namespace
 }  // namespace SimSdkTest

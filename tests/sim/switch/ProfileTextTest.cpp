@@ -65,19 +65,6 @@ TEST( ProfileTextTest, CanonicalTextCompressesPortRunsAndRoundTrips ) {
    EXPECT_EQ( p, parseProfile( text, "lab.switch" ) );
 }
 
-TEST( ProfileTextTest, UnreadableFileIsAnErrorAtLineZero ) {
-   try {
-      Sim::readProfileFile( "/nonexistent/none.switch" );
-      FAIL() << "no error";
-   } catch ( const ProfileError& e ) {
-      EXPECT_EQ( "/nonexistent/none.switch", e.file() );
-      EXPECT_EQ( 0u, e.line() );
-      EXPECT_EQ( "cannot read the profile: No such file or directory", e.message() );
-      EXPECT_STREQ( "/nonexistent/none.switch: cannot read the profile: No such file or directory",
-                    e.what() );
-   }
-}
-
 struct ErrorCase {
    const char* label;
    std::string text;

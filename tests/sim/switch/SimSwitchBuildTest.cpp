@@ -37,43 +37,6 @@ TEST_F( DefaultSwitchTest, UnitsAreTheProfilesChips ) {
    EXPECT_THROW( sw.chip( 2 ), Vesper::RangeException );
 }
 
-TEST_F( DefaultSwitchTest, InterfaceMapsHoldPortsAndPortChannels ) {
-   const auto& hcsd = *sw.hcsd();
-   EXPECT_EQ( HalyardPort( 0, 1 ), hcsd.halyardIntfToPort( IntfId::ethernet( 1 ) ) );
-   EXPECT_EQ( HalyardPort( 0, 24 ), hcsd.halyardIntfToPort( IntfId::ethernet( 24 ) ) );
-   EXPECT_EQ( HalyardPort( 1, 1 ), hcsd.halyardIntfToPort( IntfId::ethernet( 25 ) ) );
-   // A port-channel by its first member, Ethernet21.
-   EXPECT_EQ( HalyardPort( 0, 21 ), hcsd.halyardIntfToPort( IntfId::portChannel( 10 ) ) );
-   EXPECT_EQ( HalyardPort( 0, 21 ), hcsd.halyardIntfToPortCache( IntfId::portChannel( 10 ) ) );
-   EXPECT_EQ( HalyardPort( 1, 24 ), hcsd.halyardIntfToPortCache( IntfId::ethernet( 48 ) ) );
-   EXPECT_EQ( 49u, hcsd.halyardIntfToPort().size() );
-   EXPECT_EQ( 49u, hcsd.halyardIntfToPortCache().size() );
-   // VLAN interfaces and sub-interfaces have no port of their own.
-   EXPECT_FALSE( hcsd.halyardIntfToPortHas( IntfId::vlan( Pylon::VlanId( 100 ) ) ) );
-   EXPECT_FALSE( hcsd.halyardIntfToPortHas( IntfId::ethernet( 5 ).subIntf( 300 ) ) );
-
-   EXPECT_EQ( IntfId::ethernet( 48 ), hcsd.halyardPortToIntf( HalyardPort( 1, 24 ) ) );
-   EXPECT_EQ( 48u, hcsd.halyardPortToIntf().size() );
-   EXPECT_EQ( IntfId::ethernet( 30 ), sw.intfOf( HalyardPort( 1, 6 ) ) );
-   EXPECT_TRUE( sw.intfOf( HalyardPort( 1, 32 ) ).isNull() );
-}
-
-TEST_F( DefaultSwitchTest, ChipAttributesOfEachUnitTheLibrarysWay ) {
-   for ( U32 unit : sw.units() ) {
-      const auto byManager = Halyard::chipAttributesForUnit( *sw.groupManager(), unit );
-      const auto byCommonData = Halyard::chipAttributesForUnit( *sw.hcsd(), unit );
-      ASSERT_TRUE( byManager );
-      EXPECT_EQ( byManager, byCommonData );
-      for ( HalyardCentral::ChipAttribute a : HalyardCentral::chipAttributeAll ) {
-         EXPECT_EQ( sw.chipKind( unit ).attribute( a ), byManager->attribute( a ) )
-             << "unit " << unit << " attribute " << static_cast<int>( a );
-      }
-   }
-   // The two kinds differ where the library branches on them.
-   EXPECT_TRUE( Halyard::chipAttributesForUnit( *sw.hcsd(), 0 )->usesRangeConfig() );
-   EXPECT_FALSE( Halyard::chipAttributesForUnit( *sw.hcsd(), 1 )->usesRangeConfig() );
-}
-
 TEST_F( DefaultSwitchTest, FaultsInjectedOnTheSwitchReachTheCodeUnderTest ) {
    const auto ingress = Shim::sdk_->bcmPortClassFieldIngress();
    sw.sdk().failCall( "bcm_port_class_set", 1, -4 );
@@ -92,15 +55,6 @@ TEST_F( DefaultSwitchTest, EpochStatusSupportsAclsUntilSwitchedOff ) {
    sw.aclSupportedIs( false );
    EXPECT_FALSE( epochs.aclSupported( Vesper::Name( "Epoch1" ) ) );
    EXPECT_FALSE( epochs.aclSupported( Vesper::Name( "Linecard1" ) ) );
-}
-
-TEST_F( DefaultSwitchTest, VlansOfL3InterfacesAreTheirEgressClass ) {
-   for ( U32 unit : sw.units() ) {
-      EXPECT_EQ( 100u, sw.chip( unit ).vlans().egressL3Class( 100 ) );
-      EXPECT_EQ( 200u, sw.chip( unit ).vlans().egressL3Class( 200 ) );
-      EXPECT_EQ( 300u, sw.chip( unit ).vlans().egressL3Class( 300 ) );
-      EXPECT_EQ( 0u, sw.chip( unit ).vlans().egressL3Class( 7 ) );
-   }
 }
 
 TEST( SimSwitchOptionsTest, TinyGroupsExhaustAndLimitsAreCut ) {
@@ -128,32 +82,6 @@ TEST( SimSwitchOptionsTest, TinyGroupsExhaustAndLimitsAreCut ) {
    EXPECT_EQ( sw.chip( 0 ).config().udfChunks, sw.groupManager()->unitLimits( 0 )->udfChunks );
    EXPECT_EQ( 9u, sw.aclHwStatus()->raclIdBits() );
    EXPECT_FALSE( sw.aclHwStatus()->ingressRaclSharingSupported() );
-}
-
-// Each unit has its own kind's slices, less what its profile takes away; the group table's
-// caps limit no unit unless a test lowers them.
-TEST( SimSwitchOptionsTest, EachUnitHasItsOwnKindsSlices ) {
-   Sim::SwitchProfile p;
-   p.unitIs( Sim::UnitDef{ 0, "trident3", 1, 0, "" } );
-   Sim::UnitDef td2{ 1, "trident2", 2, 0, "" };  // IFP of 4x128 + 8x256
-   td2.slices[std::size_t( Sim::Stage::Ifp )] = 6;
-   td2.rangeCheckers = 10;
-   p.unitIs( td2 );
-   Sim::SwitchOptions options;
-   options.groupCapacities[Halyard::tcamGroupMacAcl] = 100;
-   SimSwitch sw( p, options );
-
-   const auto& ip = *sw.groupManager()->unboundedEntryManager( Halyard::tcamGroupIpAcl );
-   EXPECT_EQ( 12u * 512, ip.entriesAvailable( 0 ) );
-   EXPECT_EQ( 4u * 128 + 2 * 256, ip.entriesAvailable( 1 ) );
-   EXPECT_EQ( 12u, sw.tcamUsage( 0 ).stages[std::size_t( Sim::Stage::Ifp )].slices );
-   EXPECT_EQ( 6u, sw.tcamUsage( 1 ).stages[std::size_t( Sim::Stage::Ifp )].freeSlices );
-   EXPECT_EQ( 10u, sw.tcamUsage( 1 ).rangeCheckerCapacity );
-   EXPECT_EQ( 10u, sw.chip( 1 ).config().rangeCheckers );
-   EXPECT_EQ( 100u, sw.groupManager()
-                        ->unboundedEntryManager( Halyard::tcamGroupMacAcl )
-                        ->entriesAvailable( 0 ) );
-   EXPECT_THROW( sw.tcamUsage( 7 ), Vesper::RangeException );
 }
 
 TEST( SimSwitchFabricTest, LinkPortsAreFabricPortsByModule ) {
