@@ -22,8 +22,6 @@ namespace {
 
 using namespace Halyard;
 
-constexpr U16 chipOffset = 10;
-
 U64 liveObjects( const char* typeName ) {
    const Vesper::Type* type = Vesper::Type::find( typeName );
    return type ? type->liveObjects() : 0;
