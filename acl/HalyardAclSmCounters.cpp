@@ -91,7 +91,8 @@ U64 recordsSum( U32 unit, const AclRuleData& rule, bool fragmentTest,
 // follows. The same holds where another poll remade the plan meanwhile.
 U64 planSum( U32 unit, const AclCommonUnitData& common, const CounterPollPlan& plan,
              const CounterPollPlan::Rule& planRule, bool ip4,
-             const HalyardTcamGroupManager& groupManager, AclRuleData::Ptr& rule ) {
+             const HalyardTcamGroupManager& groupManager, AclRuleData*& rule,
+             AclRuleData::Ptr& held ) {
    const U64 madeAt = plan.generation;
    const Acl::UniqueId aclId = planRule.aclId;
    const U32 end = planRule.endEntry;
@@ -107,7 +108,8 @@ U64 planSum( U32 unit, const AclCommonUnitData& common, const CounterPollPlan& p
          sum += e.manager->hitsForEntry( unit, e.entry );
       }
       if ( changed() ) {
-         rule = common.getAclRuleDataForAclId( aclId );
+         held = common.getAclRuleDataForAclId( aclId );
+         rule = held.ptr();
          return rule ? recordsSum( unit, *rule, ip4 && rule->hasPermitFragmentRule(), groupManager )
                      : 0;
       }
@@ -146,8 +148,12 @@ HalyardAclData* AclHelper::counterPollRecord( const AclDataPtrConst& aclData ) {
 
 U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst& aclData, U32 seq,
                                              Acl::UniqueId aclId ) {
-   VTRACE( pollTraceLevel, aclData->aclName() << "::aclRuleCountersSinceLastPoll"
-                                              << ", seq: " << seq << "aclId=" << aclId << ")" );
+   // Asked once: the poll's own lines are off in service, and each ask is a call.
+   const bool pollTraced = vesperFileTrace().enabled( pollTraceLevel );
+   if ( pollTraced ) {
+      VTRACE( pollTraceLevel, aclData->aclName() << "::aclRuleCountersSinceLastPoll"
+                                                 << ", seq: " << seq << "aclId=" << aclId << ")" );
+   }
    const HalyardAclData::Ptr saclData( counterPollRecord( aclData ) );
    // Only ACLs the back-end holds are polled.
    VESPER_ASSERT( saclData );
@@ -161,11 +167,14 @@ U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst& aclData, U32
       // Held: an update may run during a fragment query.
       const AclCommonUnitData::Ptr common = unitIter->common();
       const U32 unit = unitIter->unit();
-      AclRuleData::Ptr rule;
+      // The rule read; held counted where it was found in the records rather than the plan.
+      AclRuleData* rule = nullptr;
+      AclRuleData::Ptr held;
       U64 sum = 0;
       if ( common->hcsd() && common->hcsd()->aclRuleIndexConsistencyCheck() ) {
          // The checked lookup cross-checks the two indices of the records on every call.
-         rule = common->getAclRuleDataForAclId( aclId );
+         held = common->getAclRuleDataForAclId( aclId );
+         rule = held.ptr();
          if ( rule ) {
             sum = recordsSum( unit, *rule, ip4 && rule->hasPermitFragmentRule(), groupManager );
          }
@@ -177,16 +186,18 @@ U64 AclHelper::aclRuleCountersSinceLastPoll( const AclDataPtrConst& aclData, U32
          const CounterPollPlan::Rule* planRule = plan.find( aclId );
          if ( planRule ) {
             rule = planRule->record;
-            sum = planSum( unit, *common, plan, *planRule, ip4, groupManager, rule );
+            sum = planSum( unit, *common, plan, *planRule, ip4, groupManager, rule, held );
          }
       }
       if ( !rule ) {
          continue;
       }
       const U64 last = rule->lastReadValue();
-      VTRACE( pollTraceLevel, "counter polling: " << aclData->aclName() << ", seq: " << seq << " : "
-                                                  << aclId << " lastReadValue: " << last << " "
-                                                  << sum );
+      if ( pollTraced ) {
+         VTRACE( pollTraceLevel, "counter polling: " << aclData->aclName() << ", seq: " << seq
+                                                     << " : " << aclId << " lastReadValue: " << last
+                                                     << " " << sum );
+      }
       if ( last > sum ) {
          // The count went backward (the entry was replaced): a restart from zero.
          VTRACE( 1, "counter inconsistency:" << aclData->aclName() << ", seq: " << seq << " : "
