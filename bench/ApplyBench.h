@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "acl/HalyardAclSm.h"
+#include "bench/LibraryBench.h"
 #include "cli/config/ConfigText.h"
 #include "fennel/GenericAclSm.h"
 #include "platform/fennel/AclKey.h"
@@ -69,9 +70,7 @@ class ApplySwitch {
    Sim::CallRecorder* recorder_;
    std::unique_ptr<Wiring> wiring_;
    std::unique_ptr<Sim::SimSwitch> switch_;
-   Halyard::AclHelper::Ptr helper_;
-   Halyard::AclSmEntity::Ptr entity_;
-   Fennel::GenericAclSm::Ptr machine_;
+   WiredBackEnd wired_;
 };
 
 }  // namespace HalyardBench

@@ -1,18 +1,11 @@
 // ApplySwitch and the apply workloads (ApplyBench.h).
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 #include "bench/ApplyBench.h"
 #include "bench/LibraryBench.h"
 #include "cli/switch/AclSwitch.h"
 #include "fennel/HalyardView.h"
-#include "platform/fennel/FennelCommonSmData.h"
 #include "platform/vesper/ActivityLock.h"
-#include "platform/vesper/Clock.h"
-#include "platform/vesper/Dir.h"
-#include "platform/wiring/AgentRecords.h"
-#include "sim/catalog/ChipCatalog.h"
 
 namespace HalyardBench {
 
@@ -21,48 +14,8 @@ namespace {
 // Passes of one configuration change at most, as the tool allows (AclSwitch::apply).
 constexpr U32 kMaxPasses = 4;
 
-// The scaling switch: one Tomahawk-class unit whose IFP has 24 slices of 4,096 narrow entries
-// (49,152 wide), room for 10,000 rules of acl1_10k with their ranges as blocks.
-constexpr U32 kSliceEntries = 4096;
-constexpr U32 kIfpSlices = 24;
-constexpr U32 kPorts = 8;
-
-[[noreturn]] void fail( const std::string& why ) {
-   std::fprintf( stderr, "halyard-bench: %s\n", why.c_str() );
-   std::abort();
-}
-
 HalyardCli::AclSetup parsed( const std::string& text ) {
-   try {
-      return HalyardCli::parseConfig( text, "apply-bench.acl" );
-   } catch ( const HalyardCli::ConfigError& e ) {
-      fail( std::string( "configuration refused: " ) + e.what() );
-   }
-}
-
-Sim::ChipKind scalingKind() {
-   Sim::ChipKind kind = *Sim::chipKindByName( "tomahawk" );
-   kind.name = "tomahawk-apply-bench";
-   kind.description = "Tomahawk-class, IFP grown for the apply scaling runs";
-   // A chip type no catalog kind has, so that its row joins the chip table.
-   kind.chipInfo =
-       HalyardCentral::ChipInfo( kind.chipInfo.familyCode(), 0xbe01u, kind.chipInfo.revisionId() );
-   kind.ifp.narrowEntries.assign( kIfpSlices, kSliceEntries );
-   return kind;
-}
-
-Sim::SwitchProfile scalingProfile() {
-   Sim::SwitchProfile profile;
-   profile.nameIs( "apply-bench" );
-   Sim::UnitDef def;
-   def.unit = 0;
-   def.kind = "tomahawk";
-   def.module = 1;
-   profile.unitIs( def );
-   for ( U32 port = 1; port <= kPorts; ++port ) {
-      profile.ethernetIs( port, 0, port );
-   }
-   return profile;
+   return parsedConfig( text, "apply-bench.acl" );
 }
 
 Fennel::AclKey listKey() {
@@ -95,8 +48,8 @@ ApplyWorkload scalingWorkload( std::size_t count ) {
    w.setup = parsed( classBenchConfig( rules, count, false ) );
    w.rules = count;
    w.units = { 0 };
-   w.profile = scalingProfile();
-   w.options.unitKinds.emplace( 0, scalingKind() );
+   w.profile = grownProfile();
+   w.options = grownOptions();
    return w;
 }
 
@@ -109,37 +62,14 @@ struct ApplySwitch::Wiring {
 ApplySwitch::ApplySwitch( const ApplyWorkload& workload, Sim::CallRecorder* recorder )
     : workload_( workload ), recorder_( recorder ), wiring_( std::make_unique<Wiring>() ) {
    switch_ = std::make_unique<Sim::SimSwitch>( workload.profile, workload.options );
-   Sim::SimSwitch& sw = *switch_;
    const Halyard::HalyardTcamGroupManager::Ptr groupManager =
-       recorder ? recorder->groupManagerOver( sw.groupManager() )
-                : Halyard::HalyardTcamGroupManager::Ptr( sw.groupManager() );
-   const HalyardCli::AclSetup& setup = workload.setup;
-   helper_ = Halyard::aclHelperFactory( sw.vlanTopoSliceStatus(), sw.vlanTopoBlockedStatus(),
-                                        sw.hcsd(), groupManager, setup.config, setup.paramConfig,
-                                        sw.statusDp(), sw.aclHwStatus(), sw.l3SliceAgentStatus(),
-                                        sw.l3IntfStatus(), sw.hasFabric() );
-   entity_ = Halyard::aclSmEntityFactory();
-   entity_->aclSmIs( Fennel::fennelCommonSmDataFactory(), setup.config, setup.paramConfig,
-                     Vesper::dirFactory( "intfConfig" ), setup.intfConfig,
-                     Vesper::dirFactory( "hwConfig" ), sw.statusDp(),
-                     Errdisable::causeStatusFactory(), sw.lagInputConfig(), helper_,
-                     Vesper::clockFactory(), Bridging::configFactory(),
-                     Interface::subIntfStatusDirFactory( "subIntfStatus" ),
-                     Interface::subIntfConfigDirFactory( "subIntfConfig" ) );
-   machine_ = Fennel::GenericAclSm::from( entity_->aclSm() );
-   if ( !machine_ ) {
-      fail( "the agent's entity built no generic machine" );
-   }
-   helper_->hwInit();
-   machine_->markStarted();
+       recorder ? recorder->groupManagerOver( switch_->groupManager() )
+                : Halyard::HalyardTcamGroupManager::Ptr( switch_->groupManager() );
+   wired_ = wireBackEnd( *switch_, groupManager, workload.setup );
 }
 
 ApplySwitch::~ApplySwitch() {
-   // The machine refers to the helper, and the helper to the switch's records.
-   machine_ = nullptr;
-   entity_->aclSmDel();
-   entity_ = nullptr;
-   helper_ = nullptr;
+   unwire( wired_ );
 }
 
 void ApplySwitch::apply() {
@@ -152,16 +82,16 @@ void ApplySwitch::apply() {
    }
    U32 passes = 0;
    do {
-      machine_->runPass();
+      wired_.machine->runPass();
       ++passes;
-   } while ( passes < kMaxPasses && HalyardCli::expansionWaiting( *machine_ ) );
+   } while ( passes < kMaxPasses && HalyardCli::expansionWaiting( *wired_.machine ) );
    if ( recorder_ ) {
       recorder_->recordingIs( false );
    }
 }
 
 void ApplySwitch::checkInstalled() const {
-   const auto units = Fennel::aclUnits( *helper_, listKey() );
+   const auto units = Fennel::aclUnits( *wired_.helper, listKey() );
    for ( U32 unit : workload_.units ) {
       bool installed = false;
       for ( const Fennel::AclUnitView& u : units ) {

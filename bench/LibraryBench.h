@@ -48,6 +48,33 @@ std::string classBenchConfig( const std::vector<Sim::ClassBench::Rule>& rules, s
 // Rules of acl1_10k without port ranges, as many as make about `entries` entries on a unit.
 std::string entriesConfig( std::size_t entries );
 
+// Stops the run with the reason on stderr: a benchmark that measured the wrong thing must not
+// print a figure.
+[[noreturn]] void fail( const std::string& why );
+
+// The configuration text read as the tool reads it; a refusal stops the run.
+HalyardCli::AclSetup parsedConfig( const std::string& text, const std::string& name );
+
+// The one-unit switch of the scaling runs: a Tomahawk-class kind whose IFP is grown to 24 slices
+// of 4,096 narrow entries (room for acl1_10k with its ranges as blocks), eight ports Ethernet1 to
+// Ethernet8. Profile and the options that give unit 0 the grown kind.
+Sim::SwitchProfile grownProfile();
+Sim::SwitchOptions grownOptions();
+
+// The back-end wired on a switch as the tool's agent wires it (helper, entity, the generic
+// layer's machine, which must be registered), brought up, the machine marked started.
+// `groupManager` is the switch's own or a decorator of it. unwire() drops them in the order
+// the records need (machine, entity's machine, helper) while the switch still stands.
+struct WiredBackEnd {
+   Halyard::AclHelper::Ptr helper;
+   Halyard::AclSmEntity::Ptr entity;
+   Fennel::GenericAclSm::Ptr machine;
+};
+WiredBackEnd wireBackEnd( Sim::SimSwitch& sw,
+                          const Halyard::HalyardTcamGroupManager::Ptr& groupManager,
+                          const HalyardCli::AclSetup& setup );
+void unwire( WiredBackEnd& wired );
+
 class LibrarySwitch {
  public:
    // Parses `configText`, brings the switch up and applies the configuration (passes until
@@ -61,8 +88,8 @@ class LibrarySwitch {
    void settle();
 
    Sim::SimSwitch& simSwitch() { return *switch_; }
-   Halyard::AclHelper& helper() { return *helper_; }
-   Fennel::GenericAclSm& machine() { return *machine_; }
+   Halyard::AclHelper& helper() { return *wired_.helper; }
+   Fennel::GenericAclSm& machine() { return *wired_.machine; }
    Acl::IntfConfig& intfConfig() { return *setup_.intfConfig; }
    Acl::Config& config() { return *setup_.config; }
 
@@ -79,9 +106,7 @@ class LibrarySwitch {
    std::unique_ptr<Wiring> wiring_;
    HalyardCli::AclSetup setup_;
    std::unique_ptr<Sim::SimSwitch> switch_;
-   Halyard::AclHelper::Ptr helper_;
-   Halyard::AclSmEntity::Ptr entity_;
-   Fennel::GenericAclSm::Ptr machine_;
+   WiredBackEnd wired_;
 };
 
 }  // namespace HalyardBench

@@ -27,36 +27,6 @@ constexpr U32 kSliceEntries = 4096;
 constexpr U32 kIfpSlices = 24;
 constexpr U32 kPorts = 8;
 
-[[noreturn]] void fail( const std::string& why ) {
-   std::fprintf( stderr, "halyard-bench: %s\n", why.c_str() );
-   std::abort();
-}
-
-Sim::ChipKind grownKind() {
-   Sim::ChipKind kind = *Sim::chipKindByName( "tomahawk" );
-   kind.name = "tomahawk-bench";
-   kind.description = "Tomahawk-class, IFP grown for the scaling runs";
-   // A chip type no catalog kind has, so that its row joins the chip table.
-   kind.chipInfo =
-       HalyardCentral::ChipInfo( kind.chipInfo.familyCode(), 0xbe00u, kind.chipInfo.revisionId() );
-   kind.ifp.narrowEntries.assign( kIfpSlices, kSliceEntries );
-   return kind;
-}
-
-Sim::SwitchProfile benchProfile() {
-   Sim::SwitchProfile profile;
-   profile.nameIs( "bench" );
-   Sim::UnitDef def;
-   def.unit = 0;
-   def.kind = "tomahawk";
-   def.module = 1;
-   profile.unitIs( def );
-   for ( U32 port = 1; port <= kPorts; ++port ) {
-      profile.ethernetIs( port, 0, port );
-   }
-   return profile;
-}
-
 std::string address( U32 addr, U32 mask ) {
    if ( mask == 0 ) {
       return "any";
@@ -80,6 +50,79 @@ bool hasPorts( U8 proto, U8 protoMask ) {
 }
 
 }  // namespace
+
+void fail( const std::string& why ) {
+   std::fprintf( stderr, "halyard-bench: %s\n", why.c_str() );
+   std::abort();
+}
+
+HalyardCli::AclSetup parsedConfig( const std::string& text, const std::string& name ) {
+   try {
+      return HalyardCli::parseConfig( text, name );
+   } catch ( const HalyardCli::ConfigError& e ) {
+      fail( "configuration refused: " + e.diagnostics().front().text() );
+   }
+}
+
+Sim::SwitchProfile grownProfile() {
+   Sim::SwitchProfile profile;
+   profile.nameIs( "bench" );
+   Sim::UnitDef def;
+   def.unit = 0;
+   def.kind = "tomahawk";
+   def.module = 1;
+   profile.unitIs( def );
+   for ( U32 port = 1; port <= kPorts; ++port ) {
+      profile.ethernetIs( port, 0, port );
+   }
+   return profile;
+}
+
+Sim::SwitchOptions grownOptions() {
+   Sim::ChipKind kind = *Sim::chipKindByName( "tomahawk" );
+   kind.name = "tomahawk-bench";
+   kind.description = "Tomahawk-class, IFP grown for the scaling runs";
+   // A chip type no catalog kind has, so that its row joins the chip table.
+   kind.chipInfo =
+       HalyardCentral::ChipInfo( kind.chipInfo.familyCode(), 0xbe00u, kind.chipInfo.revisionId() );
+   kind.ifp.narrowEntries.assign( kIfpSlices, kSliceEntries );
+   Sim::SwitchOptions options;
+   options.unitKinds.emplace( 0, kind );
+   return options;
+}
+
+WiredBackEnd wireBackEnd( Sim::SimSwitch& sw,
+                          const Halyard::HalyardTcamGroupManager::Ptr& groupManager,
+                          const HalyardCli::AclSetup& setup ) {
+   WiredBackEnd w;
+   w.helper = Halyard::aclHelperFactory( sw.vlanTopoSliceStatus(), sw.vlanTopoBlockedStatus(),
+                                         sw.hcsd(), groupManager, setup.config, setup.paramConfig,
+                                         sw.statusDp(), sw.aclHwStatus(), sw.l3SliceAgentStatus(),
+                                         sw.l3IntfStatus(), sw.hasFabric() );
+   w.entity = Halyard::aclSmEntityFactory();
+   w.entity->aclSmIs( Fennel::fennelCommonSmDataFactory(), setup.config, setup.paramConfig,
+                      Vesper::dirFactory( "intfConfig" ), setup.intfConfig,
+                      Vesper::dirFactory( "hwConfig" ), sw.statusDp(),
+                      Errdisable::causeStatusFactory(), sw.lagInputConfig(), w.helper,
+                      Vesper::clockFactory(), Bridging::configFactory(),
+                      Interface::subIntfStatusDirFactory( "subIntfStatus" ),
+                      Interface::subIntfConfigDirFactory( "subIntfConfig" ) );
+   w.machine = Fennel::GenericAclSm::from( w.entity->aclSm() );
+   if ( !w.machine ) {
+      fail( "the agent's entity built no generic machine" );
+   }
+   w.helper->hwInit();
+   w.machine->markStarted();
+   return w;
+}
+
+void unwire( WiredBackEnd& wired ) {
+   // The machine refers to the helper, and the helper to the switch's records.
+   wired.machine = nullptr;
+   wired.entity->aclSmDel();
+   wired.entity = nullptr;
+   wired.helper = nullptr;
+}
 
 struct LibrarySwitch::Wiring {
    Wiring() { Fennel::registerGenericAclSm(); }
@@ -136,49 +179,21 @@ std::string entriesConfig( std::size_t entries ) {
 }
 
 LibrarySwitch::LibrarySwitch( const std::string& configText, bool apply )
-    : wiring_( std::make_unique<Wiring>() ) {
-   try {
-      setup_ = HalyardCli::parseConfig( configText, "bench.acl" );
-   } catch ( const HalyardCli::ConfigError& e ) {
-      fail( "configuration refused: " + e.diagnostics().front().text() );
-   }
-   Sim::SwitchOptions options;
-   options.unitKinds.emplace( 0, grownKind() );
-   switch_ = std::make_unique<Sim::SimSwitch>( benchProfile(), options );
-   Sim::SimSwitch& sw = *switch_;
-   helper_ = Halyard::aclHelperFactory(
-       sw.vlanTopoSliceStatus(), sw.vlanTopoBlockedStatus(), sw.hcsd(), sw.groupManager(),
-       setup_.config, setup_.paramConfig, sw.statusDp(), sw.aclHwStatus(), sw.l3SliceAgentStatus(),
-       sw.l3IntfStatus(), sw.hasFabric() );
-   entity_ = Halyard::aclSmEntityFactory();
-   entity_->aclSmIs( Fennel::fennelCommonSmDataFactory(), setup_.config, setup_.paramConfig,
-                     Vesper::dirFactory( "intfConfig" ), setup_.intfConfig,
-                     Vesper::dirFactory( "hwConfig" ), sw.statusDp(),
-                     Errdisable::causeStatusFactory(), Lag::Input::configFactory(), helper_,
-                     Vesper::clockFactory(), Bridging::configFactory(),
-                     Interface::subIntfStatusDirFactory( "subIntfStatus" ),
-                     Interface::subIntfConfigDirFactory( "subIntfConfig" ) );
-   machine_ = Fennel::GenericAclSm::from( entity_->aclSm() );
-   if ( !machine_ ) {
-      fail( "the agent's entity built no generic machine" );
-   }
-   helper_->hwInit();
-   machine_->markStarted();
+    : wiring_( std::make_unique<Wiring>() ),
+      setup_( parsedConfig( configText, "bench.acl" ) ),
+      switch_( std::make_unique<Sim::SimSwitch>( grownProfile(), grownOptions() ) ),
+      wired_( wireBackEnd( *switch_, switch_->groupManager(), setup_ ) ) {
    if ( apply ) {
       settle();
    }
 }
 
 LibrarySwitch::~LibrarySwitch() {
-   // The machine refers to the helper, and the helper to the switch's records.
-   machine_ = nullptr;
-   entity_->aclSmDel();
-   entity_ = nullptr;
-   helper_ = nullptr;
+   unwire( wired_ );
 }
 
 void LibrarySwitch::settle() {
-   machine_->settle();
+   wired_.machine->settle();
 }
 
 Fennel::AclKey LibrarySwitch::listKey() const {
@@ -187,7 +202,7 @@ Fennel::AclKey LibrarySwitch::listKey() const {
 }
 
 U32 LibrarySwitch::installedEntries() const {
-   const auto units = Fennel::aclUnits( *helper_, listKey() );
+   const auto units = Fennel::aclUnits( *wired_.helper, listKey() );
    if ( units.size() != 1 || !units.front().installed ) {
       fail( "the list does not stand installed on the unit" );
    }
@@ -196,7 +211,7 @@ U32 LibrarySwitch::installedEntries() const {
 
 std::vector<U32> LibrarySwitch::entryIds() const {
    std::vector<U32> entries;
-   const Halyard::HalyardAclData::Ptr acl = helper_->halyardAclData( listKey() );
+   const Halyard::HalyardAclData::Ptr acl = wired_.helper->halyardAclData( listKey() );
    if ( !acl ) {
       fail( "the back-end holds no record of the list" );
    }
