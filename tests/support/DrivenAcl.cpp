@@ -415,18 +415,24 @@ void classesWritten( std::ostream& out, const char* what, const Halyard::IntfCla
 
 }  // namespace
 
-std::string poolsText( const AgentSwitch& sw, bool slices ) {
+std::string poolsText( const Sim::SimSwitch& sim, const Halyard::AclHelper& helper, bool slices ) {
    std::ostringstream out;
-   const Halyard::AclHelper& helper = *sw.helper();
-   for ( const U32 unit : sw.units() ) {
+   for ( const U32 unit : sim.units() ) {
       out << "unit " << unit << "\n";
-      const Sim::UnitUsage usage = sw.sim().tcamUsage( unit );
+      const Sim::UnitUsage usage = sim.tcamUsage( unit );
+      const Sim::ChipModel& chip = sim.chip( unit );
       for ( const Sim::GroupUsage& g : usage.groups ) {
-         out << " " << Vesper::stringValue( g.assignment ) << " used " << g.used;
+         out << " " << Vesper::stringValue( g.assignment ) << " used " << g.used << " chip "
+             << chip.entries( static_cast<Sim::GroupId>( g.assignment ) ).size();
          if ( slices ) {
-            out << " slices " << g.slices;
+            out << " capacity " << g.capacity << " slices " << g.slices;
          }
          out << "\n";
+      }
+      if ( slices ) {
+         for ( std::size_t s = 0; s < usage.stages.size(); ++s ) {
+            out << " stage " << s << " free slices " << usage.stages[s].freeSlices << "\n";
+         }
       }
       out << " rangeCheckers " << usage.rangeCheckersUsed << " udfChunks " << usage.udfChunksUsed
           << "\n";
@@ -441,7 +447,6 @@ std::string poolsText( const AgentSwitch& sw, bool slices ) {
       for ( const auto& claim : helper.vfpAclTypeForUnit( unit )->vfpAclTypeForPort() ) {
          out << " claim " << claim.key() << " " << claim.value() << "\n";
       }
-      const Sim::ChipModel& chip = sw.chip( unit );
       for ( U32 port = 0; port < chip.config().portCount; ++port ) {
          const U32 in = ingressClass( chip, port );
          const U32 egress = egressClass( chip, port );
@@ -451,6 +456,10 @@ std::string poolsText( const AgentSwitch& sw, bool slices ) {
       }
    }
    return out.str();
+}
+
+std::string poolsText( const AgentSwitch& sw, bool slices ) {
+   return poolsText( sw.sim(), *sw.helper(), slices );
 }
 
 std::vector<U8> ingressClassesTaken( const AgentSwitch& sw, U32 unit ) {

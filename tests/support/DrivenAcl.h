@@ -160,10 +160,13 @@ class DrivenAcl {
    U32 lastSubrules_ = 0;
 };
 
-// Every pool the back-end draws from, per unit, as text: each ACL group's entries and slices,
-// range checkers and UDF chunks in use, the free ingress and egress interface classes, and
-// the VFP port claims. Equal texts mean equal pools. Without `slices`, the slices that groups
-// hold are left out.
+// Every pool the back-end draws from, per unit, as text: each ACL group's entries (in the
+// manager and in the chip), its capacity and slices and the stages' free slices, range checkers
+// and UDF chunks in use, the free ingress and egress interface classes, the VFP port claims and
+// the ports' field-processor classes. Equal texts mean equal pools. Without `slices`, capacity
+// and slices are left out.
+std::string poolsText( const Sim::SimSwitch& sim, const Halyard::AclHelper& helper,
+                       bool slices = true );
 std::string poolsText( const AgentSwitch& sw, bool slices = true );
 
 // Takes every free ingress class of the unit, so that ACLs find none; gives them back.
